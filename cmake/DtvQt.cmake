@@ -1,0 +1,15 @@
+# Finds the chosen major version of Qt and names its libraries alike for all of them:
+# DTV_QT_CORE, DTV_QT_WIDGETS (everything with a window) and DTV_QT_TEST.
+if(DTV_QT_MAJOR EQUAL 4)
+    find_package(Qt4 4.8 REQUIRED QtCore QtGui QtTest)
+    set(DTV_QT_CORE Qt4::QtCore)
+    set(DTV_QT_WIDGETS Qt4::QtGui)
+    set(DTV_QT_TEST Qt4::QtTest)
+elseif(DTV_QT_MAJOR EQUAL 5 OR DTV_QT_MAJOR EQUAL 6)
+    find_package(Qt${DTV_QT_MAJOR} REQUIRED COMPONENTS Core Gui Widgets Test LinguistTools)
+    set(DTV_QT_CORE Qt${DTV_QT_MAJOR}::Core)
+    set(DTV_QT_WIDGETS Qt${DTV_QT_MAJOR}::Widgets)
+    set(DTV_QT_TEST Qt${DTV_QT_MAJOR}::Test)
+else()
+    message(FATAL_ERROR "DTV_QT_MAJOR must be 4, 5 or 6, not '${DTV_QT_MAJOR}'")
+endif()
