@@ -1,0 +1,472 @@
+// A block's annotations: finding, storing, replacing, importing and handing them over.
+//
+// userData ascends by start, save for what arrived with data, which stands at the end. While it does ascend, an index bounds
+// every search: annotations of at most kLongAnnotation positions that can concern a range begin at most that far in front of
+// it; the few longer ones are listed apart. Small vectors are simply walked.
+// Invariant: every annotation is owned by exactly one block; longUserData borrows from userData.
+
+#include "decodedtextblock_userdata.h"
+
+#include "datablock.h"
+#include "decodedtextblock_p.h"
+#include "decodedtextcoordinates.h"
+#include "decodedtextdata.h"
+#include "decodedtexttime.h"
+#include "decodedtexttrace.h"
+#include "sorvinresultdataexception.h"
+
+#include <limits>
+
+using namespace DecodedTextCoordinates;
+
+namespace
+{
+
+const int kWalkedAnnotations = 48;
+
+struct ByStart {
+    bool operator()(const SorvinResultDataXml::UserData* a, int start) const
+    {
+        return a->start < start;
+    }
+    bool operator()(int start, const SorvinResultDataXml::UserData* a) const
+    {
+        return start < a->start;
+    }
+};
+
+} // namespace
+
+bool DecodedTextBlock::HasUserDataIndex() const
+{
+    return userDataOrdered && userData.size() > kWalkedAnnotations;
+}
+
+void DecodedTextBlock::LearnUserData() const
+{
+    if (indexedUserData == userData.size()) {
+        return;
+    }
+    longUserData.clear();
+    userDataOrdered = true;
+    for (int i = 0; i < userData.size(); ++i) {
+        if (i > 0 && userData.at(i)->start < userData.at(i - 1)->start) {
+            userDataOrdered = false;
+        }
+        if (IsLongAnnotation(*userData.at(i))) {
+            longUserData.append(userData.at(i));
+        }
+    }
+    indexedUserData = static_cast<int>(userData.size());
+}
+
+/// Index of the first annotation that may reach position \a from and is not listed apart.
+int DecodedTextBlock::FirstWithin(int from) const
+{
+    if (!HasUserDataIndex()) {
+        return 0;
+    }
+    const qint64 start = qMax<qint64>(static_cast<qint64>(from) - kLongAnnotation,
+                                      std::numeric_limits<int>::min());
+    return static_cast<int>(std::lower_bound(userData.constBegin(), userData.constEnd(),
+                                             static_cast<int>(start), ByStart())
+                            - userData.constBegin());
+}
+
+/// Index behind the last annotation that may start at or before \a to.
+int DecodedTextBlock::BehindStart(int to) const
+{
+    if (!HasUserDataIndex()) {
+        return static_cast<int>(userData.size());
+    }
+    return static_cast<int>(std::upper_bound(userData.constBegin(), userData.constEnd(), to, ByStart())
+                            - userData.constBegin());
+}
+
+void DecodedTextBlock::CollectCandidates(int from, int to, QVector<UserData*>& out) const
+{
+    LearnUserData();
+    const int low = FirstWithin(from);
+    if (low > 0) {
+        const int firstStart = userData.at(qMin(low, static_cast<int>(userData.size()) - 1))->start;
+        for (UserData* annotation : longUserData) {
+            const bool inFront
+                = annotation->start < firstStart || low == static_cast<int>(userData.size());
+            if (inFront && annotation->end >= from && annotation->start <= to) {
+                out.append(annotation);
+            }
+        }
+    }
+    for (int i = low, high = BehindStart(to); i < high; ++i) {
+        UserData* annotation = userData.at(i);
+        if (annotation->end >= from && annotation->start <= to) {
+            out.append(annotation);
+        }
+    }
+}
+
+void DecodedTextBlock::CollectUserData(const QString& type, int from, int to,
+                                       QVector<UserData*>& out) const
+{
+    QVector<UserData*> candidates;
+    CollectCandidates(from, to, candidates);
+    for (UserData* annotation : candidates) {
+        if (annotation->type == type && RangesOverlap(from, to, annotation->start, annotation->end)) {
+            out.append(annotation);
+        }
+    }
+}
+
+DecodedTextBlock::UserData* DecodedTextBlock::FindUserData(const QString& type, int from, int to) const
+{
+    QVector<UserData*> found;
+    CollectUserData(type, from, to, found);
+    return found.isEmpty() ? nullptr : found.first();
+}
+
+int DecodedTextBlock::GetUserDataMask(int from, int to) const
+{
+    int mask = 1;
+    QVector<UserData*> candidates;
+    CollectCandidates(from, to, candidates);
+    for (const UserData* annotation : candidates) {
+        if (!RangesOverlap(from, to, annotation->start, annotation->end)) {
+            continue;
+        }
+        if (annotation->type == UserData::CommentType) {
+            mask |= 2;
+        } else if (annotation->type == UserData::CallSignType) {
+            mask |= 4;
+        } else if (annotation->type == UserData::ChangeType) {
+            mask |= 8;
+        }
+    }
+    return mask;
+}
+
+void DecodedTextBlock::GetToolTip(int pos, QString& lines, bool withTime) const
+{
+    if (withTime && pos < GetLastPosition()) {
+        lines += DecodedTextTime::LocalClock(GetTimeAt(pos, 0));
+    }
+    QVector<UserData*> candidates;
+    CollectCandidates(pos, pos, candidates);
+    for (const UserData* annotation : candidates) {
+        if (!lines.isEmpty()) {
+            lines += QLatin1Char('\n');
+        }
+        if (annotation->type == UserData::CallSignType) {
+            lines += DecodedTextData::tr("Call Sign: ") + annotation->callSign;
+        } else if (annotation->type == UserData::ChangeType) {
+            lines += DecodedTextData::tr("Change: ") + annotation->oldText;
+            if (!annotation->comment.isEmpty()) {
+                lines += QLatin1Char('\n') + DecodedTextData::tr("Comment: ") + annotation->comment;
+            }
+        } else {
+            lines += DecodedTextData::tr("Comment: ") + annotation->comment;
+        }
+    }
+}
+
+void DecodedTextBlock::RemoveUserData(int from, int to)
+{
+    DeleteUserDataIf(from, to, [from](const UserData& annotation) {
+        return annotation.start >= from;
+    });
+}
+
+void DecodedTextBlock::ImportUserData(const QVector<UserData*>& list, int offset)
+{
+    QVector<UserData*> copies;
+    for (const UserData* incoming : list) {
+        if (!incoming) {
+            continue;
+        }
+        UserData* copy = new UserData(*incoming);
+        copy->start += offset;
+        copy->end += offset;
+        copies.append(copy);
+        const int from = copy->start;
+        const int to = copy->end;
+        const QString& type = copy->type;
+        DeleteUserDataIf(from, to, [from, to, &type](const UserData& annotation) {
+            return annotation.type == type
+                && RangesOverlap(from, to, annotation.start, annotation.end);
+        });
+    }
+    for (UserData* copy : copies) {
+        LearnUserData();
+        if (!userData.isEmpty() && copy->start < userData.last()->start) {
+            userDataOrdered = false;
+        }
+        userData.append(copy);
+        if (IsLongAnnotation(*copy)) {
+            longUserData.append(copy);
+        }
+        indexedUserData = static_cast<int>(userData.size());
+    }
+}
+
+void DecodedTextBlock::InsertUserData(UserData* annotation)
+{
+    LearnUserData();
+    int place = static_cast<int>(userData.size());
+    if (userDataOrdered) {
+        place = static_cast<int>(std::upper_bound(userData.constBegin(), userData.constEnd(),
+                                                  annotation->start, ByStart())
+                                 - userData.constBegin());
+    } else {
+        for (int i = 0; i < userData.size(); ++i) {
+            if (userData.at(i)->start > annotation->start) {
+                place = i;
+                break;
+            }
+        }
+    }
+    userData.insert(place, annotation);
+    ++userDataCount;
+    if (IsLongAnnotation(*annotation)) {
+        const QVector<UserData*>::iterator behind = std::upper_bound(
+            longUserData.begin(), longUserData.end(), annotation->start, ByStart());
+        longUserData.insert(behind, annotation);
+    }
+    indexedUserData = static_cast<int>(userData.size());
+}
+
+/// Takes \a annotation out of the vector; the caller owns it then.
+DecodedTextBlock::UserData* DecodedTextBlock::TakeUserData(UserData* annotation)
+{
+    LearnUserData();
+    int i = 0;
+    if (HasUserDataIndex()) {
+        i = static_cast<int>(std::lower_bound(userData.constBegin(), userData.constEnd(),
+                                              annotation->start, ByStart())
+                             - userData.constBegin());
+    }
+    i = static_cast<int>(userData.indexOf(annotation, i));
+    if (i < 0) {
+        return nullptr;
+    }
+    userData.remove(i);
+    const int apart = static_cast<int>(longUserData.indexOf(annotation));
+    if (apart >= 0) {
+        longUserData.remove(apart);
+    }
+    indexedUserData = static_cast<int>(userData.size());
+    return annotation;
+}
+
+bool DecodedTextBlock::CanStore(const UserData* annotation, const QString& type, int from, int to) const
+{
+    if (!annotation || type != UserData::ChangeType) {
+        return true;
+    }
+    if (from > to || snippets.isEmpty() || from < snippets.first().start || to > GetLastPosition()) {
+        return false;
+    }
+    bool touchesText = false;
+    for (int i = qMax(0, snippets.FirstEndingBehind(from - 1)); i < snippets.size(); ++i) {
+        const DecodedTextSnippet& snippet = snippets.at(i);
+        if (snippet.start > to) {
+            break;
+        }
+        const bool inside = from == to && snippet.start < from && from < snippet.end;
+        if (snippet.IsGap() && (inside || (from < to && RangesShare(from, to, snippet.start, snippet.end)))) {
+            return false;
+        }
+        touchesText = touchesText || !snippet.IsGap();
+    }
+    if (!touchesText) {
+        return false;
+    }
+    QVector<UserData*> earlier;
+    CollectUserData(UserData::ChangeType, from, to, earlier);
+    qint64 inside = 0;
+    qint64 reverted = 0;
+    for (const UserData* change : earlier) {
+        const bool contained = from <= change->start && change->end <= to;
+        const bool cutsIn = from < to ? RangesShare(from, to, change->start, change->end)
+                                      : change->start < from && from < change->end;
+        if (cutsIn && !contained) {
+            return false;
+        }
+        const int delta = RevertDelta(*change);
+        reverted += delta;
+        const bool before = change->start < from && change->end <= from;
+        inside += contained && !before ? delta : 0;
+    }
+    const qint64 oldLength = annotation->oldText.size();
+    const qint64 newEnd = GetLastPosition() + reverted + annotation->text.size() - oldLength;
+    return static_cast<qint64>(to) - from + inside >= oldLength && Position(newEnd).IsStorable();
+}
+
+/// Hands an annotation that was taken out of the block to \a out: its place and kind tell which one went, its texts are gone.
+void DecodedTextBlock::ReportRemoved(DataBlock* out, UserData* removed)
+{
+    userDataCount = qMax(0, userDataCount - 1);
+    removed->text = removed->oldText = removed->comment = QString();
+    out->AddUserData(removed);
+}
+
+/// Takes back every change that overlaps [from, to), the last one first. A revert may delete other annotations, on either side
+/// of the walk; it never deletes the one that it takes back, whose new index is therefore where the walk goes on.
+void DecodedTextBlock::RevertOverlapping(DataBlock* out, int from, int to, Reverted& sums)
+{
+    for (int i = static_cast<int>(userData.size()) - 1; i >= 0; --i) {
+        UserData* taken = userData.at(i);
+        if (taken->type != UserData::ChangeType
+            || !RangesOverlap(from, to, taken->start, taken->end)) {
+            continue;
+        }
+        const int start = taken->start;
+        const int end = taken->end;
+        const int delta = RevertChange(taken);
+        if (start < from && end <= from) {
+            sums.before += delta;
+        } else if (from <= start && end <= to) {
+            sums.inside += delta;
+        }
+        i = static_cast<int>(userData.lastIndexOf(taken, qMin(i, static_cast<int>(userData.size()) - 1)));
+        taken->start = start;
+        taken->end = end;
+        ForgetUserDataIndex();
+        ReportRemoved(out, TakeUserData(taken));
+    }
+}
+
+void DecodedTextBlock::ReplaceUserData(DataBlock* out, UserData* annotation, const QString& type,
+                                       int from, int to)
+{
+    const DecodedTextBlockChange guard(*this);
+    out->SetID(id);
+    out->SetChannel(channel);
+    out->SetContent(QLatin1String("-"));
+    SorvinResultDataXml::TimeStamp stamp;
+    stamp.time = GetSnippetTime(0);
+    stamp.position = snippets.isEmpty() ? 0 : snippets.first().start;
+    out->GetTimeStamp().append(stamp);
+
+    const bool isChange = type == UserData::ChangeType;
+    if (annotation && isChange) {
+        DataBlock scratch(-1, 0, 0);
+        scratch.SetContent(annotation->text);
+        annotation->text = scratch.GetContent();
+    }
+
+    Reverted reverted;
+    if (isChange) {
+        RevertOverlapping(out, from, to, reverted);
+    } else {
+        QVector<UserData*> taken;
+        CollectUserData(type, from, to, taken);
+        while (!taken.isEmpty()) {
+            ReportRemoved(out, TakeUserData(taken.last()));
+            taken.resize(taken.size() - 1);
+        }
+    }
+    if (!annotation) {
+        return;
+    }
+    if (isChange) {
+        annotation->start += reverted.before;
+        annotation->end += reverted.before;
+        InsertUserData(annotation);
+        ApplyChange(annotation, from + reverted.before, to + reverted.before + reverted.inside);
+    } else {
+        InsertUserData(annotation);
+    }
+    out->AddUserData(new UserData(*annotation));
+}
+
+void DecodedTextBlock::MarkEdited(int pos)
+{
+    const int holder = snippets.IndexOfPosition(pos);
+    if (holder >= 0) {
+        snippets.KeepingLength(holder).flags |= DecodedTextSnippet::UserChanged;
+    }
+}
+
+bool DecodedTextBlock::HasEditedData() const
+{
+    for (const DecodedTextSnippet& snippet : snippets) {
+        if (snippet.Has(DecodedTextSnippet::UserChanged)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+QString DecodedTextBlock::TakeEditedData()
+{
+    int first = 0;
+    while (first < snippets.size() && !snippets.at(first).Has(DecodedTextSnippet::UserChanged)) {
+        ++first;
+    }
+    if (first == snippets.size()) {
+        return QString();
+    }
+    while (first > 0 && DecodedTextTime::Same(snippets.at(first - 1).time, snippets.at(first).time)) {
+        --first;
+    }
+    const int from = snippets.at(first).start;
+    if (from >= text.size()) {
+        return QString();
+    }
+    DataBlock out(channel, from, 0);
+    WriteFrames(&out, from, first);
+    try {
+        return out.GetXmlString();
+    } catch (const SorvinResultDataXml::SorvinResultDataException& error) {
+        // The marks are cleared already: the same edits are not tried again.
+        DecodedTextTrace::Write(QString::fromLatin1("TakeEditedData: %1").arg(error.message),
+                                "controls/decodedtextview/decodedtextdata", 920);
+        return QString();
+    }
+}
+
+int DecodedTextBlock::ExportedStart(int pos) const
+{
+    int i = snippets.FirstEndingBehind(pos);
+    while (i < snippets.size() && snippets.at(i).IsGap()) {
+        ++i;
+    }
+    if (i == snippets.size()) {
+        return static_cast<int>(text.size());
+    }
+    return snippets.TextIndexOf(i) + qMax(0, pos - snippets.at(i).start);
+}
+
+int DecodedTextBlock::ExportedEnd(int pos) const
+{
+    const int i = snippets.FirstEndingBehind(pos);
+    if (i == snippets.size()) {
+        return static_cast<int>(text.size());
+    }
+    const DecodedTextSnippet& snippet = snippets.at(i);
+    return snippets.TextIndexOf(i) + (snippet.IsGap() ? 0 : qMax(0, pos - snippet.start));
+}
+
+void DecodedTextBlock::WriteFrames(DataBlock* out, int fromPos, int fromIndex)
+{
+    out->SetID(id);
+    int index = fromIndex < snippets.size() ? TextIndexOfPosition(snippets.at(fromIndex).start) : 0;
+    for (int i = fromIndex; i < snippets.size(); ++i) {
+        DecodedTextSnippet& snippet = snippets.KeepingLength(i);
+        snippet.flags &= ~static_cast<quint32>(DecodedTextSnippet::UserChanged);
+        out->SetTimeStamp(snippet.time);
+        out->BeginFrame();
+        out->AppendData(text.mid(index, snippet.length));
+        out->EndFrame();
+        index += snippet.length;
+    }
+    const int lastPos = GetLastPosition();
+    for (const UserData* annotation : userData) {
+        if (RangesOverlap(fromPos, lastPos, annotation->start, annotation->end)) {
+            UserData* copy = new UserData(*annotation);
+            copy->start = ExportedStart(annotation->start);
+            copy->end = qMax(copy->start, ExportedEnd(annotation->end));
+            out->AddUserData(copy);
+        }
+    }
+    changed = false;
+}
