@@ -1,7 +1,8 @@
-// A block's records and the questions that only read them: positions against text indexes, text, times, and the invariants.
-// Text comes in through decodedtextblock_ingest.cpp and decodedtextblock_merge.cpp, is changed in place in
-// decodedtextblock_edit.cpp, and annotated in decodedtextblock_annotations.cpp.
-// Invariant after every public operation: CheckConsistency() is empty, and the totals of the holding list count this block.
+// A block's records and the questions that only read them: positions against text indexes, text,
+// times, and the invariants. Text comes in through decodedtextblock_ingest.cpp and
+// decodedtextblock_merge.cpp, is changed in place in decodedtextblock_edit.cpp, and annotated in
+// decodedtextblock_annotations.cpp. Invariant after every public operation: CheckConsistency() is
+// empty, and the totals of the holding list count this block.
 
 #include "decodedtextblock.h"
 
@@ -13,11 +14,10 @@
 
 #include <algorithm>
 
-namespace
-{
+namespace {
 const int kLongBlankRun = 256; ///< characters of white space worth remembering
 const int kCheckedSnippets = 512;
-}
+} // namespace
 
 DecodedTextBlockChange::~DecodedTextBlockChange()
 {
@@ -71,6 +71,22 @@ void DecodedTextBlock::SetTotals(DecodedTextBufferTotals* newTotals)
     accountedLength = 0;
     accountedEmpty = false;
     Account();
+}
+
+/// The annotations changed; the index over them was kept up to date.
+void DecodedTextBlock::UserDataChanged()
+{
+    indexedUserData = static_cast<int>(userData.size());
+    if (totals) {
+        ++totals->annotationChanges;
+    }
+}
+
+/// The annotations changed, and the index must be made anew.
+void DecodedTextBlock::ForgetUserDataIndex()
+{
+    UserDataChanged();
+    indexedUserData = -1;
 }
 
 void DecodedTextBlock::Account()
@@ -182,7 +198,8 @@ int DecodedTextBlock::CountPositions(int i, int pos, int count) const
         const DecodedTextSnippet& next = snippets.at(k);
         const int span = next.end - next.start;
         if (left < next.length) {
-            // Of a marker that stands for a single position, the second line feed covers it, not the first.
+            // Of a marker that stands for a single position, the second line feed covers it, not
+            // the first.
             return positions + (next.IsGap() ? qMax(0, qMin(left, span - 1)) : left);
         }
         left -= next.length;

@@ -203,13 +203,16 @@ void DecodedTextBlock::ImportUserData(const QVector<UserData*>& list, int offset
         if (IsLongAnnotation(*copy)) {
             longUserData.append(copy);
         }
-        indexedUserData = static_cast<int>(userData.size());
+        UserDataChanged();
     }
 }
 
 void DecodedTextBlock::InsertUserData(UserData* annotation)
 {
     LearnUserData();
+    if (userData.isEmpty()) {
+        appliedShares.clear();
+    }
     int place = static_cast<int>(userData.size());
     if (userDataOrdered) {
         place = static_cast<int>(std::upper_bound(userData.constBegin(), userData.constEnd(),
@@ -230,7 +233,7 @@ void DecodedTextBlock::InsertUserData(UserData* annotation)
             longUserData.begin(), longUserData.end(), annotation->start, ByStart());
         longUserData.insert(behind, annotation);
     }
-    indexedUserData = static_cast<int>(userData.size());
+    UserDataChanged();
 }
 
 /// Takes \a annotation out of the vector; the caller owns it then.
@@ -248,12 +251,32 @@ DecodedTextBlock::UserData* DecodedTextBlock::TakeUserData(UserData* annotation)
         return nullptr;
     }
     userData.remove(i);
+    appliedShares.remove(annotation);
     const int apart = static_cast<int>(longUserData.indexOf(annotation));
     if (apart >= 0) {
         longUserData.remove(apart);
     }
-    indexedUserData = static_cast<int>(userData.size());
+    UserDataChanged();
     return annotation;
+}
+
+/// Whether a change can stand on [from, to): it shares no position with a gap marker and touches a snippet that is none.
+bool DecodedTextBlock::StandsOnText(int from, int to) const
+{
+    bool touchesText = false;
+    for (int i = snippets.FirstEndingBehind(from - 1); i < snippets.size(); ++i) {
+        const DecodedTextSnippet& snippet = snippets.at(i);
+        if (snippet.start > to) {
+            break;
+        }
+        const bool shares = from < to ? RangesShare(from, to, snippet.start, snippet.end)
+                                      : snippet.start < from && from < snippet.end;
+        if (snippet.IsGap() && shares) {
+            return false;
+        }
+        touchesText = touchesText || !snippet.IsGap();
+    }
+    return touchesText;
 }
 
 bool DecodedTextBlock::CanStore(const UserData* annotation, const QString& type, int from, int to) const
@@ -264,19 +287,7 @@ bool DecodedTextBlock::CanStore(const UserData* annotation, const QString& type,
     if (from > to || snippets.isEmpty() || from < snippets.first().start || to > GetLastPosition()) {
         return false;
     }
-    bool touchesText = false;
-    for (int i = qMax(0, snippets.FirstEndingBehind(from - 1)); i < snippets.size(); ++i) {
-        const DecodedTextSnippet& snippet = snippets.at(i);
-        if (snippet.start > to) {
-            break;
-        }
-        const bool inside = from == to && snippet.start < from && from < snippet.end;
-        if (snippet.IsGap() && (inside || (from < to && RangesShare(from, to, snippet.start, snippet.end)))) {
-            return false;
-        }
-        touchesText = touchesText || !snippet.IsGap();
-    }
-    if (!touchesText) {
+    if (!StandsOnText(from, to)) {
         return false;
     }
     QVector<UserData*> earlier;
@@ -297,7 +308,9 @@ bool DecodedTextBlock::CanStore(const UserData* annotation, const QString& type,
     }
     const qint64 oldLength = annotation->oldText.size();
     const qint64 newEnd = GetLastPosition() + reverted + annotation->text.size() - oldLength;
-    return static_cast<qint64>(to) - from + inside >= oldLength && Position(newEnd).IsStorable();
+    const qint64 ahead = static_cast<qint64>(annotation->start) - from;
+    return ahead >= 0 && static_cast<qint64>(to) - from + inside >= ahead + oldLength
+        && Position(newEnd).IsStorable();
 }
 
 /// Hands an annotation that was taken out of the block to \a out: its place and kind tell which one went, its texts are gone.
@@ -308,13 +321,16 @@ void DecodedTextBlock::ReportRemoved(DataBlock* out, UserData* removed)
     out->AddUserData(removed);
 }
 
-/// Takes back every change that overlaps [from, to), the last one first. A revert may delete other annotations, on either side
-/// of the walk; it never deletes the one that it takes back, whose new index is therefore where the walk goes on.
+/// Takes back every change that overlaps [from, to), the last one first. A revert may delete other annotations and change
+/// their order, so the walk goes over what stood here before; whether a change overlaps is asked when its turn comes.
 void DecodedTextBlock::RevertOverlapping(DataBlock* out, int from, int to, Reverted& sums)
 {
-    for (int i = static_cast<int>(userData.size()) - 1; i >= 0; --i) {
-        UserData* taken = userData.at(i);
-        if (taken->type != UserData::ChangeType
+    const QVector<UserData*> before = userData;
+    int expected = static_cast<int>(before.size());
+    for (int i = expected - 1; i >= 0; --i) {
+        UserData* taken = before.at(i);
+        const bool someAreGone = userData.size() != expected;
+        if ((someAreGone && !userData.contains(taken)) || taken->type != UserData::ChangeType
             || !RangesOverlap(from, to, taken->start, taken->end)) {
             continue;
         }
@@ -326,11 +342,12 @@ void DecodedTextBlock::RevertOverlapping(DataBlock* out, int from, int to, Rever
         } else if (from <= start && end <= to) {
             sums.inside += delta;
         }
-        i = static_cast<int>(userData.lastIndexOf(taken, qMin(i, static_cast<int>(userData.size()) - 1)));
+        ForgetUserDataIndex();
+        TakeUserData(taken);
         taken->start = start;
         taken->end = end;
-        ForgetUserDataIndex();
-        ReportRemoved(out, TakeUserData(taken));
+        ReportRemoved(out, taken);
+        --expected;
     }
 }
 

@@ -11,6 +11,7 @@
 #include "decodedtextblock_userdata.h"
 #include "decodedtextcoordinates.h"
 #include "decodedtextdata.h"
+#include "decodedtexttime.h"
 
 #include <algorithm>
 
@@ -18,6 +19,11 @@ using namespace DecodedTextCoordinates;
 
 namespace
 {
+
+bool StartsEarlier(const SorvinResultDataXml::UserData* a, const SorvinResultDataXml::UserData* b)
+{
+    return a->start < b->start;
+}
 
 /// The written rule for a snippet [s, e) under a change of [from, to]: how much of \a remainder it takes.
 int ShareOf(const DecodedTextSnippet& snippet, int from, int to, int remainder)
@@ -73,6 +79,7 @@ void DecodedTextBlock::ShiftUserData(int from, int to, int delta)
             annotation->end += delta;
         }
         if (annotation->start < 0 || annotation->end > last) {
+            appliedShares.remove(annotation);
             delete annotation;
         } else {
             kept.append(annotation);
@@ -90,17 +97,20 @@ void DecodedTextBlock::ShiftGuarded(int from, int to, int delta, UserData* exemp
     const int last = GetLastPosition();
     const int exemptIndex = static_cast<int>(userData.indexOf(exempt));
     const bool reverting = exempt && from == exempt->start && to == exempt->end;
+    const bool ordered = std::is_sorted(userData.constBegin(), userData.constEnd(), StartsEarlier);
     QVector<UserData*> kept;
     kept.reserve(userData.size());
     for (int i = 0; i < userData.size(); ++i) {
         UserData* annotation = userData.at(i);
         const int s = annotation->start;
         const int e = annotation->end;
-        const bool staysInFront = reverting && i < exemptIndex && s == from
-            && annotation->type == UserData::ChangeType;
+        const bool otherChange = annotation != exempt && annotation->type == UserData::ChangeType;
+        const bool staysInFront = otherChange && reverting && i < exemptIndex && s == from;
+        // The written exception is for the change itself; another one would be left over text that is not its own.
+        const bool begins = s == from && from == to && (otherChange || e != from + delta);
         if (s < from && from < e) {
             annotation->end = qMax(e + delta, s + 1);
-        } else if (!staysInFront && (s > from || (s == from && from == to && e != from + delta))) {
+        } else if (!staysInFront && (s > from || begins)) {
             annotation->start = s + delta;
             annotation->end = e + delta;
             if (annotation->start < from) {
@@ -112,10 +122,15 @@ void DecodedTextBlock::ShiftGuarded(int from, int to, int delta, UserData* exemp
             annotation->end = last;
         }
         if (annotation != exempt && (annotation->start < 0 || annotation->end > last)) {
+            appliedShares.remove(annotation);
             delete annotation;
         } else {
             kept.append(annotation);
         }
+    }
+    if (ordered && !std::is_sorted(kept.constBegin(), kept.constEnd(), StartsEarlier)) {
+        // What began where text was put in front of it stands behind that text's annotation now.
+        std::stable_sort(kept.begin(), kept.end(), StartsEarlier);
     }
     userData = kept;
     ForgetUserDataIndex();
@@ -126,11 +141,7 @@ void DecodedTextBlock::ResizeRange(int from, int to, int delta, bool revert)
     int remainder = delta;
     int lowest = snippets.size();
     QVector<int> takers;
-    int behind = snippets.FirstEndingBehind(to);
-    while (behind < snippets.size() && snippets.at(behind).start <= to) {
-        ++behind;
-    }
-    for (int i = behind - 1; i >= 0 && remainder != 0 && snippets.at(i).end >= from; --i) {
+    for (int i = BehindTouching(to) - 1; i >= 0 && remainder != 0 && snippets.at(i).end >= from; --i) {
         if (snippets.at(i).IsGap()) {
             continue;
         }
@@ -145,7 +156,23 @@ void DecodedTextBlock::ResizeRange(int from, int to, int delta, bool revert)
             }
         }
     }
-    // What the walk could not place goes to the front-most snippet that touches the range, then to the next ones.
+    PlaceRest(from, delta, remainder, lowest, takers);
+}
+
+/// Index behind the last snippet that touches position \a to.
+int DecodedTextBlock::BehindTouching(int to) const
+{
+    int behind = snippets.FirstEndingBehind(to);
+    while (behind < snippets.size() && snippets.at(behind).start <= to) {
+        ++behind;
+    }
+    return behind;
+}
+
+/// What no share could place goes to the front-most snippet that touches the range, then to the next ones; then the snippets
+/// behind \a lowest, the front-most one that took something, are packed.
+void DecodedTextBlock::PlaceRest(int from, int delta, int remainder, int lowest, const QVector<int>& takers)
+{
     const int touching = snippets.FirstEndingBehind(from - 1);
     for (int i = touching; i < snippets.size() && remainder != 0; ++i) {
         if (!snippets.at(i).IsGap()) {
@@ -166,13 +193,73 @@ void DecodedTextBlock::ResizeRange(int from, int to, int delta, bool revert)
     }
 }
 
+/// Index of the snippet under [from, to] that took \a share, -1 when it is gone. A merge may have put others in front of it.
+int DecodedTextBlock::FindTaker(const Share& share, int from, int to) const
+{
+    const int first = snippets.FirstEndingBehind(from - 1);
+    const int behind = BehindTouching(to);
+    const int serialIndex = share.serial - snippets.SerialOf(0);
+    int found = -1;
+    for (int i = first; i < behind; ++i) {
+        const DecodedTextSnippet& snippet = snippets.at(i);
+        if (snippet.IsGap() || DecodedTextTime::Key(snippet.time) != share.timeKey) {
+            continue;
+        }
+        if (i == serialIndex || (found < 0 && snippet.changeDelta == share.taken)) {
+            found = i;
+        }
+    }
+    return found;
+}
+
+/// Gives back what each snippet took for \a change. A snippet's changeDelta knows only the last change that resized it, which
+/// may be a neighbour; the record kept by ApplyChange restores every snippet exactly. False, with nothing done, without record.
+bool DecodedTextBlock::GiveBackShares(const UserData& change, int delta)
+{
+    const QHash<const UserData*, QVector<Share> >::const_iterator record
+        = appliedShares.constFind(&change);
+    if (record == appliedShares.constEnd()) {
+        return false;
+    }
+    QVector<int> takers;
+    for (const Share& share : *record) {
+        takers.append(FindTaker(share, change.start, change.end));
+    }
+    int remainder = delta;
+    int lowest = snippets.size();
+    for (int k = 0; k < takers.size(); ++k) {
+        const int i = takers.at(k);
+        if (i >= 0) {
+            remainder -= Take(snippets[i], -record->at(k).taken, 0);
+            lowest = qMin(lowest, i);
+        }
+    }
+    PlaceRest(change.start, delta, remainder, lowest, takers);
+    return true;
+}
+
 void DecodedTextBlock::ApplyChange(UserData* change, int from, int to)
 {
     const DecodedTextBlockChange guard(*this);
     const int oldLength = static_cast<int>(change->oldText.size());
     const int delta = static_cast<int>(change->text.size()) - oldLength;
     const int index = TextIndexOfPosition(change->start);
+    const int touching = snippets.FirstEndingBehind(from - 1);
+    QVector<int> lengths;
+    for (int i = touching, behind = BehindTouching(to); i < behind; ++i) {
+        lengths.append(snippets.at(i).length);
+    }
     ResizeRange(from, to, delta, false);
+    QVector<Share>& shares = appliedShares[change];
+    shares.clear();
+    for (int i = touching; i < touching + lengths.size(); ++i) {
+        const DecodedTextSnippet& snippet = snippets.at(i);
+        const int taken = snippet.length - lengths.at(i - touching);
+        if (taken != 0) {
+            const Share share = {snippets.SerialOf(i), DecodedTextTime::Key(snippet.time), taken};
+            shares.append(share);
+        }
+    }
     ShiftGuarded(from, to, delta, change);
     TextChangedFrom(index);
     text.replace(index, oldLength, change->text);
@@ -183,7 +270,7 @@ bool DecodedTextBlock::ShowsNewText(const UserData& change) const
     const int index = TextIndexOfPosition(change.start);
     return change.end - change.start == change.text.size()
         && text.mid(index, static_cast<int>(change.text.size())) == change.text
-        && index + change.text.size() <= text.size();
+        && index + change.text.size() <= text.size() && StandsOnText(change.start, change.end);
 }
 
 /// What taking \a change back will change the length by; 0 when it can't be taken back.
@@ -205,7 +292,9 @@ int DecodedTextBlock::RevertChange(UserData* change)
     const int start = change->start;
     const int end = change->end;
     const int index = TextIndexOfPosition(start);
-    ResizeRange(start, end, delta, true);
+    if (!GiveBackShares(*change, delta)) {
+        ResizeRange(start, end, delta, true);
+    }
     ShiftGuarded(start, end, delta, change);
     TextChangedFrom(index);
     text.replace(index, newLength, change->oldText);
@@ -255,7 +344,7 @@ int DecodedTextBlock::AppendTyped(int index, const QString& newText, DecodedText
     if (!snippets.isEmpty() && !text.isEmpty() && !text.at(text.size() - 1).isSpace()
         && !snippets.last().IsGap()) {
         done = WordLength(newText, 0);
-        DecodedTextSnippet& word = snippets.last();
+        DecodedTextSnippet& word = snippets[snippets.size() - 1];
         answer = word.start;
         Take(word, done, 0);
     }

@@ -1,14 +1,16 @@
-// Text that arrives: appending a data block, marking what was lost, cutting back what the decoder sends again, trimming.
+// Text that arrives: appending a data block, marking what was lost, cutting back what the decoder
+// sends again, trimming.
 //
-//   received:  time stamps at stream positions, one text          stored:  snippets [start, end) at positions
+//   received:  time stamps at stream positions, one text          stored:  snippets [start, end) at
+//   positions
 //
-// A position is a stream position plus the offset that makes the new text begin where the block ends. The offset exists only
-// in AppendPlan. An append is planned in 64 bits first and then done whole, or refused before anything changed.
-
-#include "decodedtextblock_userdata.h"
+// A position is a stream position plus the offset that makes the new text begin where the block
+// ends. The offset exists only in AppendPlan. An append is planned in 64 bits first and then done
+// whole, or refused before anything changed.
 
 #include "datablock.h"
 #include "decodedtextblock_p.h"
+#include "decodedtextblock_userdata.h"
 #include "decodedtextcoordinates.h"
 #include "decodedtexttime.h"
 #include "decodedtexttrace.h"
@@ -21,13 +23,16 @@
 using namespace DecodedTextCoordinates;
 using SorvinResultDataXml::TimeStamp;
 
-/// A time stamp that leaves a snippet: its index among the data block's stamps and the position where its text begins.
-struct DecodedTextBlock::KeptStamp {
+/// A time stamp that leaves a snippet: its index among the data block's stamps and the position
+/// where its text begins.
+struct DecodedTextBlock::KeptStamp
+{
     int stampIndex;
     int startPos;
 };
 
-struct DecodedTextBlock::AppendPlan {
+struct DecodedTextBlock::AppendPlan
+{
     AppendPlan()
         : correction(false)
         , cutSnippetIndex(-1)
@@ -40,20 +45,19 @@ struct DecodedTextBlock::AppendPlan {
         , padding(0)
     {
     }
-    bool correction;       ///< the decoder sends text again
-    int cutSnippetIndex;   ///< first snippet to delete before appending, -1 for none
-    qint64 gapEnd;         ///< where a gap marker in front of the text ends, -1 for none
+    bool correction;     ///< the decoder sends text again
+    int cutSnippetIndex; ///< first snippet to delete before appending, -1 for none
+    qint64 gapEnd;       ///< where a gap marker in front of the text ends, -1 for none
     int firstStreamPos;
     int expectedStreamPos; ///< nextPosition once cut
     qint64 nextStreamPos;
-    qint64 lastEnd;        ///< end of the block once cut and with the gap marker, where the text begins
+    qint64 lastEnd; ///< end of the block once cut and with the gap marker, where the text begins
     qint64 newEnd;
-    qint64 padding;        ///< question marks behind the text, in characters
+    qint64 padding; ///< question marks behind the text, in characters
     QVarLengthArray<KeptStamp, 16> stamps;
 };
 
-namespace
-{
+namespace {
 
 bool Refuse(const DecodedTextBlock& block, const char* why)
 {
@@ -68,9 +72,8 @@ bool Refuse(const DecodedTextBlock& block, const char* why)
 bool AreStorable(const QVector<SorvinResultDataXml::UserData*>& list, Span offset)
 {
     for (const SorvinResultDataXml::UserData* annotation : list) {
-        if (annotation
-            && (!(Position(annotation->start) + offset).IsStorable()
-                || !(Position(annotation->end) + offset).IsStorable())) {
+        if (annotation && (!(Position(annotation->start) + offset).IsStorable() ||
+                           !(Position(annotation->end) + offset).IsStorable())) {
             return false;
         }
     }
@@ -79,8 +82,8 @@ bool AreStorable(const QVector<SorvinResultDataXml::UserData*>& list, Span offse
 
 int ToInt(qint64 value)
 {
-    return static_cast<int>(qBound<qint64>(std::numeric_limits<int>::min(), value,
-                                           std::numeric_limits<int>::max()));
+    return static_cast<int>(qBound(qint64(std::numeric_limits<int>::min()), value,
+                                   qint64(std::numeric_limits<int>::max())));
 }
 
 bool StartsEarlier(const SorvinResultDataXml::UserData* a, const SorvinResultDataXml::UserData* b)
@@ -132,21 +135,23 @@ int DecodedTextBlock::LastEndBefore(int snippetIndex) const
     return snippetIndex > 0 ? snippets.at(snippetIndex - 1).end : 0;
 }
 
-/// Position of the character that the decoder calls \a firstStreamPos. Changes of the operator that stand behind it made the
-/// block longer or shorter than the stream, so each of them is counted out, the last one first. Looks at the changes behind
-/// the result only; where counting one out leads further to the front, at those too.
+/// Position of the character that the decoder calls \a firstStreamPos. Changes of the operator that
+/// stand behind it made the block longer or shorter than the stream, so each of them is counted
+/// out, the last one first. Looks at the changes behind the result only; where counting one out
+/// leads further to the front, at those too.
 int DecodedTextBlock::CutPositionFor(int firstStreamPos, int expectedStreamPos) const
 {
-    const qint64 plain = static_cast<qint64>(GetLastPosition()) - expectedStreamPos + firstStreamPos;
+    const qint64 plain =
+        static_cast<qint64>(GetLastPosition()) - expectedStreamPos + firstStreamPos;
     qint64 cut = plain;
-    qint64 lookedFrom = plain + 1;
-    while (cut < lookedFrom && lookedFrom > 0) {
+    qint64 lookedFrom = plain;
+    do {
         lookedFrom = cut;
         QVector<UserData*> changes;
         CollectUserData(UserData::ChangeType, ToInt(lookedFrom), std::numeric_limits<int>::max(),
                         changes);
         cut = CountOutChanges(plain, changes);
-    }
+    } while (cut < lookedFrom && lookedFrom > 0);
     return ToInt(cut);
 }
 
@@ -156,11 +161,12 @@ bool DecodedTextBlock::PlanAppend(const DataBlock& dataBlock, bool suppress, App
     const qint64 contentLength = dataBlock.GetContent().size();
     plan.firstStreamPos = stamps.at(0).position;
     plan.lastEnd = GetLastPosition();
-    plan.expectedStreamPos = plan.firstStreamPos == plan.lastEnd ? plan.firstStreamPos : nextPosition;
+    plan.expectedStreamPos =
+        plan.firstStreamPos == plan.lastEnd ? plan.firstStreamPos : nextPosition;
     if (plan.firstStreamPos < plan.expectedStreamPos) {
         plan.correction = true;
-        plan.cutSnippetIndex = snippets.IndexOfPosition(
-            CutPositionFor(plan.firstStreamPos, plan.expectedStreamPos));
+        plan.cutSnippetIndex =
+            snippets.IndexOfPosition(CutPositionFor(plan.firstStreamPos, plan.expectedStreamPos));
         if (plan.cutSnippetIndex >= 0) {
             plan.lastEnd = LastEndBefore(plan.cutSnippetIndex);
         }
@@ -168,12 +174,12 @@ bool DecodedTextBlock::PlanAppend(const DataBlock& dataBlock, bool suppress, App
     }
     if (suppress) {
         plan.gapEnd = plan.lastEnd + contentLength;
-        return Position(plan.gapEnd).IsStorable()
-            || Refuse(*this, "its text would end behind the last position");
+        return Position(plan.gapEnd).IsStorable() ||
+               Refuse(*this, "its text would end behind the last position");
     }
     if (plan.firstStreamPos > plan.expectedStreamPos) {
-        plan.gapEnd
-            = plan.lastEnd + (static_cast<qint64>(plan.firstStreamPos) - plan.expectedStreamPos);
+        plan.gapEnd =
+            plan.lastEnd + (static_cast<qint64>(plan.firstStreamPos) - plan.expectedStreamPos);
         plan.lastEnd = plan.gapEnd;
     }
     const Span offset = Position(plan.lastEnd) - Position(plan.firstStreamPos);
@@ -259,8 +265,8 @@ bool DecodedTextBlock::AddGap(int from, int to, const QString& nextText)
         return false;
     }
     const QLatin1Char lineFeed('\n');
-    const bool oneIsEnough
-        = nextText.endsWith(lineFeed) || text.isEmpty() || text.endsWith(lineFeed);
+    const bool oneIsEnough =
+        nextText.endsWith(lineFeed) || text.isEmpty() || text.endsWith(lineFeed);
     DecodedTextSnippet gap;
     gap.length = oneIsEnough ? 1 : 2;
     gap.start = from;
@@ -286,10 +292,11 @@ void DecodedTextBlock::Truncate(int pos)
     text.truncate(cutIndex);
     snippets.Truncate(first);
     cutPosition = cut;
-    // Call signs and comments wait for the resent text; a change whose text is gone could never be taken back.
+    // Call signs and comments wait for the resent text; a change whose text is gone could never be
+    // taken back.
     DeleteUserDataIf(cut, std::numeric_limits<int>::max(), [cut](const UserData& annotation) {
-        return annotation.type == UserData::ChangeType
-            && (annotation.end > cut || annotation.start >= cut);
+        return annotation.type == UserData::ChangeType &&
+               (annotation.end > cut || annotation.start >= cut);
     });
 }
 
@@ -329,11 +336,10 @@ int DecodedTextBlock::RemoveFront(int count)
             break;
         }
     }
-    DeleteUserDataIf(std::numeric_limits<int>::min(), firstTextPos,
-                     [firstTextPos](const UserData& annotation) {
-                         return annotation.end <= firstTextPos
-                             || (annotation.type == UserData::ChangeType
-                                 && annotation.start < firstTextPos);
-                     });
+    DeleteUserDataIf(
+        std::numeric_limits<int>::min(), firstTextPos, [firstTextPos](const UserData& annotation) {
+            return annotation.end <= firstTextPos ||
+                   (annotation.type == UserData::ChangeType && annotation.start < firstTextPos);
+        });
     return removed;
 }

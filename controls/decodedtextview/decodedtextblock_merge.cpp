@@ -196,6 +196,7 @@ void DecodedTextMerge::Place()
     const int count = merged.snippets.size();
     const bool quickly = PrepareQuickly();
     merged.waitingFrom = firstMarked;
+    qint64 latest = std::numeric_limits<qint64>::min(); // of the new text so far
     for (int k = fromIndex; k < source.snippets.size(); ++k) {
         const DecodedTextSnippet& snippet = source.snippets.at(k);
         if (snippet.end == snippet.start) {
@@ -217,7 +218,9 @@ void DecodedTextMerge::Place()
             insertions.append(placed);
         }
         firstChanged = qMin(firstChanged, i);
-        changedEarlier = changedEarlier || i < count;
+        const qint64 key = DecodedTextTime::Key(snippet.time);
+        changedEarlier = changedEarlier || i < count || key < latest;
+        latest = qMax(latest, key);
     }
     merged.waitingFrom = 0;
     std::stable_sort(insertions.begin(), insertions.end(), PlacedInOrder(source));
@@ -494,7 +497,7 @@ void DecodedTextBlock::LabelChannelRuns(int fromIndex, DecodedTextData* model)
         if (!HasCallSign(snippet)) {
             UserData* label = new UserData;
             label->type = UserData::CallSignType;
-            label->SetModifier(model->GetModifier(), QDateTime::currentDateTime().toUTC());
+            label->SetModifier(model->GetModifier(), QDateTime::currentDateTimeUtc());
             label->start = snippet.start + offset;
             label->end = label->start + 1;
             label->callSign = model->GetChannelNames().value(snippet.sourceChannel);

@@ -4,8 +4,9 @@
 
 #include "decodedtextblock.h"
 
-/// Stands at the top of every operation that changes text: when it leaves, the totals of the holding list are brought up to
-/// date and, in builds with DTV_CONSISTENCY_CHECKS, the block's invariants are checked.
+/// Stands at the top of every operation that changes text: when it leaves, the totals of the
+/// holding list are brought up to date and, in builds with DTV_CONSISTENCY_CHECKS, the block's
+/// invariants are checked.
 class DecodedTextBlockChange
 {
 public:

@@ -15,7 +15,8 @@ inline bool IsLongAnnotation(const SorvinResultDataXml::UserData& annotation)
     return static_cast<qint64>(annotation.end) - annotation.start > kLongAnnotation;
 }
 
-/// Deletes the annotations with start <= \a to and end >= \a from for which \a goes answers true. Costs what lies in the range.
+/// Deletes the annotations with start <= \a to and end >= \a from for which \a goes answers true.
+/// Costs what lies in the range.
 template <typename Predicate>
 void DecodedTextBlock::DeleteUserDataIf(int from, int to, Predicate goes)
 {
@@ -31,6 +32,7 @@ void DecodedTextBlock::DeleteUserDataIf(int from, int to, Predicate goes)
             if (place >= 0) {
                 longUserData.remove(place);
             }
+            appliedShares.remove(annotation);
             delete annotation;
         } else {
             userData[kept++] = annotation;
@@ -38,7 +40,7 @@ void DecodedTextBlock::DeleteUserDataIf(int from, int to, Predicate goes)
     }
     if (kept < high) {
         userData.erase(userData.begin() + kept, userData.begin() + high);
-        indexedUserData = static_cast<int>(userData.size());
+        UserDataChanged();
     }
     // The long ones that begin too far in front for the search.
     for (UserData* annotation : apart) {

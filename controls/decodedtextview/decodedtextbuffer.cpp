@@ -1,6 +1,7 @@
 // A channel's buffer: its blocks with their totals, trimming, and the ticker text.
-// Totals and index make each of these cost what it removes or returns, however many blocks are held.
-// Invariant: every block in the list reports to the list's totals; byTransmission holds each of them once.
+// Totals and index make each of these cost what it removes or returns, however many blocks are
+// held. Invariant: every block in the list reports to the list's totals; byTransmission holds each
+// of them once.
 
 #include "decodedtextbuffer.h"
 
@@ -89,7 +90,8 @@ bool DecodedTextBuffer::Trim(int maxChars)
     }
     bool removed = false;
     if (total > limit) {
-        // From the oldest block on: those whose successors alone are above the limit go whole, the next one is cut.
+        // From the oldest block on: those whose successors alone are above the limit go whole, the
+        // next one is cut.
         qint64 withSuccessors = total;
         int cutBlock = 0;
         while (withSuccessors - blocks.at(cutBlock)->text.size() > limit) {
@@ -102,7 +104,12 @@ bool DecodedTextBuffer::Trim(int maxChars)
             removed = true;
         }
         removed = cut->RemoveFront(static_cast<int>(withSuccessors - maxChars)) > 0 || removed;
+        if (cut->snippets.isEmpty()) {
+            blocks.removeFirst();
+            removed = true;
+        }
     }
+    // Other blocks without text are rare and mostly the newest.
     for (int i = blocks.size() - 1; i >= 0 && blocks.EmptyBlocks() > 0; --i) {
         if (blocks.at(i)->snippets.isEmpty()) {
             blocks.removeAt(i);

@@ -5,8 +5,8 @@
 
 #include <QDateTime>
 
-/// Source of the current time that a host can put in place of the system clock. Passed to DecodedTextView::SetClock, which
-/// borrows it: it must live as long as it is set.
+/// Source of the current time that a host can put in place of the system clock. Passed to
+/// DecodedTextView::SetClock, which borrows it: it must live as long as it is set.
 class DECODEDTEXT_EXPORT DecodedTextClock
 {
 public:

@@ -6,6 +6,38 @@
 #define DECODEDTEXTCOMPAT_H
 
 #include <QCoreApplication>
+#include <QString>
+
+#ifdef QT_GUI_LIB
+#include <QFontMetrics>
+#include <QTextLayout>
+#include <QVector>
+#endif
+
+#if defined(QT_WIDGETS_LIB) || (QT_VERSION < 0x050000 && defined(QT_GUI_LIB))
+#include <QDropEvent>
+#if QT_VERSION < 0x050000
+#include <QPlastiqueStyle>
+#else
+#include <QStyleFactory>
+#endif
+#include <QPixmap>
+#include <QWidget>
+#endif
+
+// Qt 5.2 to 6 bring a parser for command lines; with 4.8 the program that wants one brings a header
+// with the same calls.
+#if QT_VERSION >= 0x050200
+#define DECODEDTEXT_COMMANDLINE_HEADER <QCommandLineParser>
+#else
+#define DECODEDTEXT_COMMANDLINE_HEADER "commandlineparser.h"
+#endif
+
+#ifdef Q_OS_WIN
+// What windows.h declares, without the macros that come with it.
+struct HINSTANCE__;
+extern "C" __declspec(dllimport) void __stdcall OutputDebugStringW(const wchar_t* text);
+#endif
 
 namespace DecodedTextCompat {
 
@@ -22,6 +54,150 @@ inline void RunAtApplicationStart(void (*function)())
 #endif
 }
 
+/// Writes \a line, which ends with a line feed, to the debugger's output on Windows. Elsewhere,
+/// where there is none, to Qt's debug log, which ends the line itself.
+inline void WriteDebugLine(const QString& line)
+{
+#ifdef Q_OS_WIN
+    OutputDebugStringW(reinterpret_cast<const wchar_t*>(line.utf16()));
+#else
+    const QString shown = line.endsWith(QLatin1Char('\n')) ? line.left(line.size() - 1) : line;
+    qDebug("%s", shown.toUtf8().constData());
+#endif
+}
+
+/// Whether there is a screen to open windows on. On desktops of the X11 and Wayland kind the
+/// environment says so; Windows and macOS always have one.
+inline bool HasDisplay()
+{
+#if defined(Q_OS_UNIX) && !defined(Q_OS_MAC)
+    return !qgetenv("DISPLAY").isEmpty() || !qgetenv("WAYLAND_DISPLAY").isEmpty();
+#else
+    return true;
+#endif
+}
+
+#ifdef QT_GUI_LIB
+
+/// Additional formats of a paragraph's layout: a QList under another name up to Qt 5.5, a QVector
+/// since, which is QList in 6.
+inline void SetFormats(QTextLayout& layout, const QVector<QTextLayout::FormatRange>& formats)
+{
+#if QT_VERSION >= 0x050600
+    layout.setFormats(formats);
+#else
+    layout.setAdditionalFormats(formats.toList());
+#endif
+}
+
+inline QVector<QTextLayout::FormatRange> GetFormats(const QTextLayout& layout)
+{
+#if QT_VERSION >= 0x050600
+    return layout.formats();
+#else
+    return layout.additionalFormats().toVector();
+#endif
+}
+
+inline bool AreSameFormats(const QVector<QTextLayout::FormatRange>& formats,
+                           const QTextLayout& layout)
+{
+    const QVector<QTextLayout::FormatRange> present = GetFormats(layout);
+    if (formats.size() != present.size()) {
+        return false;
+    }
+    for (int i = 0; i < formats.size(); ++i) {
+        if (formats.at(i).start != present.at(i).start ||
+            formats.at(i).length != present.at(i).length ||
+            formats.at(i).format != present.at(i).format) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Width of \a text in pixels: `width` up to Qt 5.10, `horizontalAdvance` since, `width` gone in 6.
+inline int TextWidth(const QFontMetrics& metrics, const QString& text)
+{
+#if QT_VERSION >= 0x050b00
+    return metrics.horizontalAdvance(text);
+#else
+    return metrics.width(text);
+#endif
+}
+
+#endif // QT_GUI_LIB
+
+#if defined(QT_WIDGETS_LIB) || (QT_VERSION < 0x050000 && defined(QT_GUI_LIB))
+
+/// What \a widget looks like: QPixmap's work with 4.8, the widget's own with 5 and 6.
+inline QPixmap GrabWidget(QWidget* widget)
+{
+#if QT_VERSION < 0x050000
+    return QPixmap::grabWidget(widget);
+#else
+    return widget->grab();
+#endif
+}
+
+/// Where something is dropped, in the receiving widget's coordinates: `pos` up to Qt 5, `position`
+/// since 6.
+inline QPoint DropPosition(const QDropEvent& event)
+{
+#if QT_VERSION >= 0x060000
+    return event.position().toPoint();
+#else
+    return event.pos();
+#endif
+}
+
+/// A plain, platform-independent style that the caller owns: plastique with 4.8, and with 5 where
+/// its style plug-in is there; Fusion otherwise. Null when Qt was built without both.
+inline QStyle* CreatePlainStyle()
+{
+#if QT_VERSION < 0x050000
+    return new QPlastiqueStyle;
+#else
+#if QT_VERSION < 0x060000
+    static const bool hasPlastique =
+        QStyleFactory::keys().contains(QLatin1String("plastique"), Qt::CaseInsensitive);
+    if (hasPlastique) {
+        return QStyleFactory::create(QLatin1String("plastique"));
+    }
+#endif
+    return QStyleFactory::create(QLatin1String("Fusion"));
+#endif
+}
+
+#endif
+
 } // namespace DecodedTextCompat
+
+/// Defines the library's entry points, in one source of the library: \a attach runs when a process
+/// loads it, \a detach when it is unloaded or the process ends. Both are functions without
+/// arguments that don't throw. Windows knows one entry point for both (failure would undo the
+/// loading, so it always reports success); elsewhere the loader runs marked functions.
+#ifdef Q_OS_WIN
+#define DECODEDTEXT_LIBRARY_HOOKS(attach, detach)                                                  \
+    extern "C" int __stdcall DllMain(struct HINSTANCE__*, unsigned long reason, void*)             \
+    {                                                                                              \
+        if (reason == 1) {                                                                         \
+            attach();                                                                              \
+        } else if (reason == 0) {                                                                  \
+            detach();                                                                              \
+        }                                                                                          \
+        return 1;                                                                                  \
+    }
+#else
+#define DECODEDTEXT_LIBRARY_HOOKS(attach, detach)                                                  \
+    __attribute__((constructor)) static void DecodedTextProcessAttach()                            \
+    {                                                                                              \
+        attach();                                                                                  \
+    }                                                                                              \
+    __attribute__((destructor)) static void DecodedTextProcessDetach()                             \
+    {                                                                                              \
+        detach();                                                                                  \
+    }
+#endif
 
 #endif

@@ -1,28 +1,30 @@
 // Words and value types for the two coordinate systems of a block.
 //
-//   position     counts the block's character stream as the decoder numbered it, lost characters included
-//   text index   counts the characters of the block's text
+//   position     counts the block's character stream as the decoder numbered it, lost characters
+//   included text index   counts the characters of the block's text
 //
-// Both are plain ints in public signatures. Where both occur in one function they are kept as the types below: a position
-// plus a span is a position, two positions differ by a span, and nothing converts one kind into the other but
-// DecodedTextBlock::TextIndexOfPosition and PositionOfTextIndex.
+// Both are plain ints in public signatures. Where both occur in one function they are kept as the
+// types below: a position plus a span is a position, two positions differ by a span, and nothing
+// converts one kind into the other but DecodedTextBlock::TextIndexOfPosition and
+// PositionOfTextIndex.
 #ifndef DECODEDTEXTCOORDINATES_H
 #define DECODEDTEXTCOORDINATES_H
 
 #include <QtGlobal>
 
-namespace DecodedTextCoordinates
-{
+namespace DecodedTextCoordinates {
 
-/// Highest position that is ever stored. Far enough below 2^31 that a sum of two stored positions fits into 64 bits and one
-/// position plus a data block's length into 32 bits.
+/// Highest position that is ever stored. Far enough below 2^31 that a sum of two stored positions
+/// fits into 64 bits and one position plus a data block's length into 32 bits.
 const int kMaxPosition = 2000000000;
 
-/// Longest run of question marks put in for a time stamp that lies behind the end of its data block's text, in characters.
+/// Longest run of question marks put in for a time stamp that lies behind the end of its data
+/// block's text, in characters.
 const int kMaxPadding = 100000;
 
 /// A number of positions.
-struct Span {
+struct Span
+{
     explicit Span(qint64 v)
         : value(v)
     {
@@ -31,7 +33,8 @@ struct Span {
 };
 
 /// A place in a block's character stream; never an index into DecodedTextBlock::text.
-struct Position {
+struct Position
+{
     explicit Position(qint64 v)
         : value(v)
     {
@@ -61,15 +64,16 @@ inline bool operator==(Position a, Position b)
     return a.value == b.value;
 }
 
-/// The one overlap rule: a bound of either half-open range lies inside the other range. Ranges that only touch overlap; an
-/// empty range overlaps what it lies in.
+/// The one overlap rule: a bound of either half-open range lies inside the other range. Ranges that
+/// only touch overlap; an empty range overlaps what it lies in.
 inline bool RangesOverlap(int from, int to, int start, int end)
 {
-    return (start <= from && from < end) || (start <= to && to < end)
-        || (from <= start && start < to) || (from <= end && end < to);
+    return (start <= from && from < end) || (start <= to && to < end) ||
+           (from <= start && start < to) || (from <= end && end < to);
 }
 
-/// Strict test: the two half-open ranges have a position in common. Ranges that only touch share nothing.
+/// Strict test: the two half-open ranges have a position in common. Ranges that only touch share
+/// nothing.
 inline bool RangesShare(int from, int to, int start, int end)
 {
     return from < end && start < to;

@@ -1,6 +1,6 @@
-// The model's channels and settings. Ingest is in decodedtextdata_ingest.cpp, annotations in decodedtextdata_annotations.cpp,
-// the export in decodedtextdata_export.cpp.
-// Invariant: buffersByChannel names exactly the buffers in `buffers`, at most one for a channel.
+// The model's channels and settings. Ingest is in decodedtextdata_ingest.cpp, annotations in
+// decodedtextdata_annotations.cpp, the export in decodedtextdata_export.cpp. Invariant:
+// buffersByChannel names exactly the buffers in `buffers`, at most one for a channel.
 
 #include "decodedtextdata.h"
 
@@ -9,8 +9,7 @@
 
 #include <QPointer>
 
-namespace
-{
+namespace {
 const int kMinBufferSize = 1000;
 const int kDefaultBufferSize = 10000;
 const int kDefaultQualityThreshold = 80;
@@ -25,7 +24,7 @@ QString DefaultBackground()
 {
     return QString::fromLatin1("White");
 }
-}
+} // namespace
 
 DecodedTextData::DecodedTextData(QObject* parent)
     : QObject(parent)
@@ -103,8 +102,8 @@ void DecodedTextData::DefineChannelName(int channel, const QString& name)
         return; // only labels carry a channel, and none below 1
     }
     for (SorvinResultDataXml::UserData* annotation : newest->userData) {
-        if (annotation->type == SorvinResultDataXml::UserData::CallSignType
-            && annotation->channel == channel) {
+        if (annotation->type == SorvinResultDataXml::UserData::CallSignType &&
+            annotation->channel == channel) {
             annotation->callSign = name;
         }
     }
@@ -122,7 +121,8 @@ void DecodedTextData::SetChannelSeparator(QString separator)
     }
     const DecodedTextBlockPtr newest = merged->GetLastBlock();
     const QString old = channelSeparator;
-    // Stored before the signal, so that a receiver that asks or merges finds the text that stands in the block.
+    // Stored before the signal, so that a receiver that asks or merges finds the text that stands
+    // in the block.
     channelSeparator = separator;
     if (!newest) {
         return;
@@ -164,15 +164,15 @@ void DecodedTextData::SetInfoAreaWidth(int width)
     }
 }
 
-void DecodedTextData::SetProperties(int newBufferSize, int newQualityThreshold, int newInfoAreaWidth,
-                                    QString foreground, QString background)
+void DecodedTextData::SetProperties(int newBufferSize, int newQualityThreshold,
+                                    int newInfoAreaWidth, QString foreground, QString background)
 {
     const int size = qMax(newBufferSize, kMinBufferSize);
     const int threshold = qBound(0, newQualityThreshold, 100);
     const QString front = foreground.isEmpty() ? DefaultForeground() : foreground;
     const QString back = background.isEmpty() ? DefaultBackground() : background;
-    if (size == bufferSize && threshold == qualityThreshold && newInfoAreaWidth == infoAreaWidth
-        && front == foregroundColor && back == backgroundColor) {
+    if (size == bufferSize && threshold == qualityThreshold && newInfoAreaWidth == infoAreaWidth &&
+        front == foregroundColor && back == backgroundColor) {
         return;
     }
     bufferSize = size;

@@ -11,17 +11,17 @@
 
 class DecodedTextClock;
 
-namespace SorvinResultDataXml
-{
+namespace SorvinResultDataXml {
 class SorvinResultData;
 }
 
-/// The model behind a DecodedTextView: the text of every channel, the settings they share, and the operator's annotations.
+/// The model behind a DecodedTextView: the text of every channel, the settings they share, and the
+/// operator's annotations.
 ///
-/// Fed with transmissions as XML; tells its views by signals, all of them emitted directly on the GUI thread. A receiver may
-/// call any operation, remove channels, or destroy the view and with it the model: loops that emit walk a snapshot and stop
-/// when the model is gone.
-/// Times are UTC. Costs of ingest don't grow with the text already held.
+/// Fed with transmissions as XML; tells its views by signals, all of them emitted directly on the
+/// GUI thread. A receiver may call any operation, remove channels, or destroy the view and with it
+/// the model: loops that emit walk a snapshot and stop when the model is gone. Times are UTC. Costs
+/// of ingest don't grow with the text already held.
 class DECODEDTEXT_EXPORT DecodedTextData : public QObject
 {
     Q_OBJECT
@@ -38,14 +38,18 @@ public:
     /// \name Ingest
     /// @{
 
-    /// Takes one transmission as XML. One without data blocks ends the current transmission of every channel. XML from which
-    /// nothing can be read is dropped with a trace line. Never throws; what was taken in before an error stays.
+    /// Takes one transmission as XML. One without data blocks ends the current transmission of
+    /// every channel. XML from which nothing can be read is dropped with a trace line. Never
+    /// throws; what was taken in before an error stays.
     void AddTransmission(const QString& xml);
-    /// The same, with data blocks renumbered through \a channelMap and also merged into channel AggregationChannelID. Blocks of
-    /// a channel that is no key of the map, or that would map to AggregationChannelID itself, are skipped. \a channels collects
-    /// the incoming channel numbers, each once. Ends no transmission.
-    void AddTransmission(const QMap<int, int>& channelMap, QVector<int>& channels, const QString& xml);
-    /// Closes the current transmission of every channel, with TransmissionChanged for each that was open.
+    /// The same, with data blocks renumbered through \a channelMap and also merged into channel
+    /// AggregationChannelID. Blocks of a channel that is no key of the map, or that would map to
+    /// AggregationChannelID itself, are skipped. \a channels collects the incoming channel numbers,
+    /// each once. Ends no transmission.
+    void AddTransmission(const QMap<int, int>& channelMap, QVector<int>& channels,
+                         const QString& xml);
+    /// Closes the current transmission of every channel, with TransmissionChanged for each that was
+    /// open.
     void EndTransmission();
     /// @}
 
@@ -62,16 +66,19 @@ public:
     void Clear();
     /// Emits ResetRequest.
     void ResetView();
-    /// Names a channel; a name of a channel above 0 joins the call signs. Labels of the newest merged block follow.
+    /// Names a channel; a name of a channel above 0 joins the call signs. Labels of the newest
+    /// merged block follow.
     void DefineChannelName(int channel, const QString& name);
     const QMap<int, QString>& GetChannelNames() const { return channelNames; }
-    /// Text between the runs of different channels in the merged channel; applied to its newest block at once.
+    /// Text between the runs of different channels in the merged channel; applied to its newest
+    /// block at once.
     void SetChannelSeparator(QString separator);
     const QString& GetChannelSeparator() const { return channelSeparator; }
     /// @}
 
     /// \name Settings
-    /// Out-of-range values are clamped silently. A changed setting raises the flag of GetConfigurationChanged.
+    /// Out-of-range values are clamped silently. A changed setting raises the flag of
+    /// GetConfigurationChanged.
     /// @{
 
     const QString& GetForegroundColor() const { return foregroundColor; }
@@ -87,8 +94,8 @@ public:
     void SetQualityThreshold(int threshold);
     /// At least 0 pixels. No signal.
     void SetInfoAreaWidth(int width);
-    /// All five at once, with one PropertiesChanged if any differs. The width is not clamped; empty colours become "Black" and
-    /// "White".
+    /// All five at once, with one PropertiesChanged if any differs. The width is not clamped; empty
+    /// colours become "Black" and "White".
     void SetProperties(int bufferSize, int qualityThreshold, int infoAreaWidth, QString foreground,
                        QString background);
     /// Whether a setting changed since this was last asked; clears the flag.
@@ -110,23 +117,27 @@ public:
     int IndexOfCallSign(const QString& sign);
     /// The active user's name; "unknown" when the host has none.
     QString GetModifier() const;
-    /// Stores \a userData (may be null: only remove) as the one annotation of \a type for positions [from, to) of \a block.
-    /// False, with nothing changed and \a userData still the caller's, when the block is closed or the block's text can't take
-    /// it. True: the block owns it; SaveUserData was emitted unless the block waits for a hand-over (user channel, offline).
+    /// Stores \a userData (may be null: only remove) as the one annotation of \a type for positions
+    /// [from, to) of \a block. False, with nothing changed and \a userData still the caller's, when
+    /// the block is closed or the block's text can't take it. True: the block owns it; SaveUserData
+    /// was emitted unless the block waits for a hand-over (user channel, offline).
     bool SetUserData(DecodedTextBlockPtr block, SorvinResultDataXml::UserData* userData,
                      const QString& type, int from, int to);
-    /// Channel of every open block that holds annotations of the operator or labels, in creation order; one entry per block.
+    /// Channel of every open block that holds annotations of the operator or labels, in creation
+    /// order; one entry per block.
     QVector<int> GetChannelsWithActiveUserData() const;
     /// Whether the channel holds anything that was not exported yet.
     bool IsChanged(int channel) const;
-    /// Appends the channel's blocks with their annotations to \a data, which owns what it gets, and marks them as exported.
-    /// \a skipClosed leaves out finished transmissions. No effect for a channel without a buffer.
+    /// Appends the channel's blocks with their annotations to \a data, which owns what it gets, and
+    /// marks them as exported. \a skipClosed leaves out finished transmissions. No effect for a
+    /// channel without a buffer.
     void GetData(int channel, SorvinResultDataXml::SorvinResultData& data, bool skipClosed);
     /// @}
 
     // The order of signals and slots and their parameter names are part of the interface.
 Q_SIGNALS:
-    /// Text of \a channel changed; \a refresh: earlier text too, so that extending what is shown is not enough.
+    /// Text of \a channel changed; \a refresh: earlier text too, so that extending what is shown is
+    /// not enough.
     void DataChanged(int channel, bool refresh);
     /// The current transmission of \a channel ended; its newest block is closed already.
     void TransmissionChanged(int channel);
@@ -134,7 +145,8 @@ Q_SIGNALS:
     void ChannelCreated(int channel);
     /// The channel's panel should be opened.
     void ShowChannel(int channel);
-    /// An annotation, or the collected edits of the user channel, as one data block of result-data XML.
+    /// An annotation, or the collected edits of the user channel, as one data block of result-data
+    /// XML.
     void SaveUserData(int channel, QString xmlText);
     /// Colours, quality threshold or info area width changed.
     void PropertiesChanged();
@@ -154,7 +166,8 @@ private:
     void AddData(SorvinResultDataXml::DataBlock* dataBlock, const QDateTime& start,
                  DecodedTextBlockPtr aggregation);
     void AddUserChannelData(const DecodedTextBufferPtr& buffer,
-                            const SorvinResultDataXml::DataBlock& dataBlock, const QDateTime& start);
+                            const SorvinResultDataXml::DataBlock& dataBlock,
+                            const QDateTime& start);
     void MergeData(const DecodedTextBlockPtr& block, const DecodedTextBlockPtr& aggregation,
                    int firstNewSnippetIndex);
     DecodedTextBlockPtr OpenAggregationBlock(const QDateTime& start);

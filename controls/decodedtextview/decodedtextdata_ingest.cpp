@@ -1,11 +1,12 @@
-// The way of a transmission into the model: XML -> transmission -> per data block: buffer, trim, block, append, signal, merge.
+// The way of a transmission into the model: XML -> transmission -> per data block: buffer, trim,
+// block, append, signal, merge.
 //
-// Every signal may be answered by anything, the destruction of the model included: after each one the model is asked for
-// through a guarded pointer, and buffers and blocks are held by shared pointers.
-
-#include "decodedtextdata.h"
+// Every signal may be answered by anything, the destruction of the model included: after each one
+// the model is asked for through a guarded pointer, and buffers and blocks are held by shared
+// pointers.
 
 #include "datablock.h"
+#include "decodedtextdata.h"
 #include "decodedtexttime.h"
 #include "decodedtexttrace.h"
 #include "transmission.h"
@@ -17,8 +18,7 @@
 using SorvinResultDataXml::DataBlock;
 using SorvinResultDataXml::Transmission;
 
-namespace
-{
+namespace {
 
 const int kOfflineAggregationSize = 1000; ///< characters
 const char kSource[] = "controls/decodedtextview/decodedtextdata_ingest";
@@ -29,7 +29,8 @@ bool Read(Transmission& transmission, const QString& xml)
     if (transmission.SetXmlString(xml) || !transmission.GetDataBlock().isEmpty()) {
         return true;
     }
-    DecodedTextTrace::Write(QString::fromLatin1("AddTransmission: nothing could be read"), kSource, 31);
+    DecodedTextTrace::Write(QString::fromLatin1("AddTransmission: nothing could be read"), kSource,
+                            31);
     return false;
 }
 
@@ -43,7 +44,8 @@ int NextId(int id)
 
 void DecodedTextData::AddTransmission(const QString& xml)
 {
-    // Whatever is thrown, here or by a receiver, the host's feed must go on: what was taken in stays.
+    // Whatever is thrown, here or by a receiver, the host's feed must go on: what was taken in
+    // stays.
     try {
         Transmission transmission;
         if (!Read(transmission, xml)) {
@@ -63,7 +65,8 @@ void DecodedTextData::AddTransmission(const QString& xml)
             }
         }
     } catch (...) {
-        DecodedTextTrace::Write(QString::fromLatin1("AddTransmission: exception dropped"), kSource, 58);
+        DecodedTextTrace::Write(QString::fromLatin1("AddTransmission: exception dropped"), kSource,
+                                58);
     }
 }
 
@@ -103,7 +106,8 @@ void DecodedTextData::AddTransmission(const QMap<int, int>& channelMap, QVector<
             }
         }
     } catch (...) {
-        DecodedTextTrace::Write(QString::fromLatin1("AddTransmission: exception dropped"), kSource, 97);
+        DecodedTextTrace::Write(QString::fromLatin1("AddTransmission: exception dropped"), kSource,
+                                97);
     }
 }
 
@@ -146,27 +150,27 @@ void DecodedTextData::AddData(DataBlock* dataBlock, const QDateTime& start,
     }
 }
 
-/// The user channel shows the operator's own text: data only opens a block for its transmission. Edits of the block before it,
-/// which is closed by that, are handed over first.
-void DecodedTextData::AddUserChannelData(const DecodedTextBufferPtr& buffer, const DataBlock& dataBlock,
-                                         const QDateTime& start)
+/// The user channel shows the operator's own text: data only opens a block for its transmission.
+/// Edits of the block before it, which is closed by that, are handed over first.
+void DecodedTextData::AddUserChannelData(const DecodedTextBufferPtr& buffer,
+                                         const DataBlock& dataBlock, const QDateTime& start)
 {
     const DecodedTextBlockPtr newest = buffer->GetLastBlock();
-    if (newest && !offline && userDataEnabled && !buffer->blocks.Find(start, dataBlock.GetID())
-        && newest->HasEditedData()) {
+    if (newest && !offline && userDataEnabled && !buffer->blocks.Find(start, dataBlock.GetID()) &&
+        newest->HasEditedData()) {
         ApplyUserChannel();
     }
     buffer->GetBlock(start, dataBlock.GetID());
 }
 
-void DecodedTextData::MergeData(const DecodedTextBlockPtr& block, const DecodedTextBlockPtr& aggregation,
-                                int firstNewSnippetIndex)
+void DecodedTextData::MergeData(const DecodedTextBlockPtr& block,
+                                const DecodedTextBlockPtr& aggregation, int firstNewSnippetIndex)
 {
     block->closed = true;
     const bool newText = firstNewSnippetIndex < block->snippets.size();
     const DecodedTextBuffer* merged = buffersByChannel.value(AggregationChannelID, nullptr);
-    const bool stillHeld = merged
-        && merged->blocks.Find(aggregation->startTime, aggregation->id) == aggregation;
+    const bool stillHeld =
+        merged && merged->blocks.Find(aggregation->startTime, aggregation->id) == aggregation;
     if (!stillHeld || (!newText && block->GetCutPosition() < 0)) {
         return;
     }
@@ -174,9 +178,10 @@ void DecodedTextData::MergeData(const DecodedTextBlockPtr& block, const DecodedT
     if (aggregation->Merge(block.data(), this, firstNewSnippetIndex, refresh)) {
         Q_EMIT DataChanged(aggregation->channel, refresh);
     } else {
-        DecodedTextTrace::Write(QString::fromLatin1("Merged channel is full: text of channel %1 left out")
-                                    .arg(block->channel),
-                                kSource, 163);
+        DecodedTextTrace::Write(
+            QString::fromLatin1("Merged channel is full: text of channel %1 left out")
+                .arg(block->channel),
+            kSource, 163);
     }
 }
 

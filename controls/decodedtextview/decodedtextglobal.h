@@ -1,5 +1,5 @@
-// The export macro of the library. The library itself is built with DECODEDTEXT_LIBRARY; programs that link its objects
-// into themselves (tests) are built with DECODEDTEXT_STATIC.
+// The export macro of the library. The library itself is built with DECODEDTEXT_LIBRARY; programs
+// that link its objects into themselves (tests) are built with DECODEDTEXT_STATIC.
 #ifndef DECODEDTEXTGLOBAL_H
 #define DECODEDTEXTGLOBAL_H
 

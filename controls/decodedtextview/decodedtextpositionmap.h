@@ -7,7 +7,8 @@
 #include <algorithm>
 
 /// One replaced range of the merged block, in its positions before the change.
-struct DecodedTextChange {
+struct DecodedTextChange
+{
     enum Kind { Insertion, Reuse, Removal, SeparatorRemoval };
     DecodedTextChange(Kind ofKind, int from, int to, int width)
         : kind(ofKind)
@@ -41,7 +42,8 @@ public:
         changes.append(change);
     }
 
-    /// Where a range's start goes: behind text inserted at it; inside replaced text as far as the new text reaches.
+    /// Where a range's start goes: behind text inserted at it; inside replaced text as far as the
+    /// new text reaches.
     int MapStart(int pos) const
     {
         const DecodedTextChange* change = LastStartingAtOrBefore(pos);
@@ -55,12 +57,14 @@ public:
         if (pos == change->start) {
             return newStart;
         }
-        const int moved = change->kind == DecodedTextChange::SeparatorRemoval ? newStart
-                                                                        : newStart + (pos - change->start);
+        const int moved = change->kind == DecodedTextChange::SeparatorRemoval
+                              ? newStart
+                              : newStart + (pos - change->start);
         return qMin(moved, newStart + qMax(0, change->newWidth - 1));
     }
 
-    /// Where a range's end goes: in front of text inserted at it; from inside or the end of replaced text into the new text.
+    /// Where a range's end goes: in front of text inserted at it; from inside or the end of
+    /// replaced text into the new text.
     int MapEnd(int pos) const
     {
         const DecodedTextChange* change = LastStartingAtOrBefore(pos - 1);
@@ -83,7 +87,8 @@ public:
     }
 
 private:
-    struct StartsBehind {
+    struct StartsBehind
+    {
         bool operator()(int pos, const DecodedTextChange& change) const
         {
             return pos < change.start;
@@ -92,8 +97,8 @@ private:
 
     const DecodedTextChange* LastStartingAtOrBefore(int pos) const
     {
-        const QVector<DecodedTextChange>::const_iterator behind
-            = std::upper_bound(changes.constBegin(), changes.constEnd(), pos, StartsBehind());
+        const QVector<DecodedTextChange>::const_iterator behind =
+            std::upper_bound(changes.constBegin(), changes.constEnd(), pos, StartsBehind());
         return behind == changes.constBegin() ? nullptr : &*(behind - 1);
     }
 

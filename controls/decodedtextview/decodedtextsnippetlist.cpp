@@ -1,6 +1,7 @@
-// The snippet list: a vector whose front can be dropped cheaply, with running totals of the lengths beside it.
-// Slots before `head` are dead; they are packed away when they outnumber the living ones, so dropping is constant on average.
-// Invariant: ends[head + i] - base is the sum of the lengths of snippets 0..i for every i < known.
+// The snippet list: a vector whose front can be dropped cheaply, with running totals of the lengths
+// beside it. Slots before `head` are dead; they are packed away when they outnumber the living
+// ones, so dropping is constant on average. Invariant: ends[head + i] - base is the sum of the
+// lengths of snippets 0..i for every i < known.
 
 #include "decodedtextsnippetlist.h"
 
@@ -14,6 +15,7 @@ void DecodedTextSnippetList::append(const DecodedTextSnippet& snippet)
 
 void DecodedTextSnippetList::insert(int i, const DecodedTextSnippet& snippet)
 {
+    dropped -= i == 0 ? 1 : 0;
     if (i == 0 && head > 0) {
         --head;
         items[head] = snippet;
@@ -43,6 +45,7 @@ void DecodedTextSnippetList::RemoveFirst(int n)
     base = ends[Slot(n) - 1];
     head += static_cast<size_t>(n);
     known -= n;
+    dropped += n;
     if (head > items.size() / 2) {
         const std::ptrdiff_t dead = static_cast<std::ptrdiff_t>(head);
         items.erase(items.begin(), items.begin() + dead);
@@ -106,9 +109,10 @@ int DecodedTextSnippetList::IndexOfTextIndex(int textIndex) const
 {
     Learn(size());
     const quint32 origin = base;
-    const std::vector<quint32>::const_iterator from = ends.begin() + static_cast<std::ptrdiff_t>(head);
-    const std::vector<quint32>::const_iterator found = std::upper_bound(
-        from, ends.cend(), textIndex, [origin](int index, quint32 behind) {
+    const std::vector<quint32>::const_iterator from =
+        ends.begin() + static_cast<std::ptrdiff_t>(head);
+    const std::vector<quint32>::const_iterator found =
+        std::upper_bound(from, ends.cend(), textIndex, [origin](int index, quint32 behind) {
             return index < static_cast<int>(behind - origin);
         });
     return static_cast<int>(found - from);

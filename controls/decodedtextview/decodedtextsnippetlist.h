@@ -7,11 +7,13 @@
 
 /// The snippets of a block in ascending order, with the text index at which each one begins.
 ///
-/// Text indexes are running totals of the lengths, kept beside the snippets and brought up to date when they are asked for:
-/// handing out a snippet for writing forgets the totals behind it. Appending, dropping from the front and look-ups therefore
-/// cost at most a binary search, and a change in the middle costs what lies behind it.
+/// Text indexes are running totals of the lengths, kept beside the snippets and brought up to date
+/// when they are asked for: handing out a snippet for writing forgets the totals behind it.
+/// Appending, dropping from the front and look-ups therefore cost at most a binary search, and a
+/// change in the middle costs what lies behind it.
 ///
-/// A reference for writing must not be kept across a look-up: the totals would be taken before the write.
+/// A reference for writing must not be kept across a look-up: the totals would be taken before the
+/// write.
 class DECODEDTEXT_EXPORT DecodedTextSnippetList
 {
 public:
@@ -21,6 +23,7 @@ public:
         : head(0)
         , base(0)
         , known(0)
+        , dropped(0)
     {
     }
 
@@ -41,8 +44,6 @@ public:
         Forget(i);
         return items[Slot(i)];
     }
-    DecodedTextSnippet& first() { return (*this)[0]; }
-    DecodedTextSnippet& last() { return (*this)[size() - 1]; }
     /// The snippet for writing anything but its length: the text indexes stay known.
     DecodedTextSnippet& KeepingLength(int i) { return items[Slot(i)]; }
 
@@ -55,11 +56,16 @@ public:
     void Truncate(int i);
     void clear();
 
+    /// A number that snippet \a i keeps while others are appended or exchanged for one at the
+    /// front.
+    int SerialOf(int i) const { return i + dropped; }
+
     /// Text index at which snippet \a i begins; for i = size() the length of all snippets together.
     int TextIndexOf(int i) const;
     /// Index of the first snippet that holds position \a pos, or -1. Logarithmic.
     int IndexOfPosition(int pos) const;
-    /// Index of the first snippet whose characters reach beyond text index \a textIndex, or size(). Logarithmic.
+    /// Index of the first snippet whose characters reach beyond text index \a textIndex, or size().
+    /// Logarithmic.
     int IndexOfTextIndex(int textIndex) const;
     /// Index of the first snippet whose end lies behind \a pos, or size(). Logarithmic.
     int FirstEndingBehind(int pos) const;
@@ -74,12 +80,15 @@ private:
     }
     void Learn(int upTo) const;
 
-    std::vector<DecodedTextSnippet> items; ///< those before head are dropped and wait to be packed away
+    std::vector<DecodedTextSnippet>
+        items; ///< those before head are dropped and wait to be packed away
     size_t head;
-    // Running totals modulo 2^32: the text index behind snippet i is ends[head + i] - base. Only the first `known` are right.
+    // Running totals modulo 2^32: the text index behind snippet i is ends[head + i] - base. Only
+    // the first `known` are right.
     mutable std::vector<quint32> ends;
     quint32 base;
     mutable int known;
+    int dropped; ///< snippets dropped from the front less those inserted there
 };
 
 #endif

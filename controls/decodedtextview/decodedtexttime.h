@@ -1,5 +1,6 @@
-// The model's way to compare times, all by the result-data library's rule: null and invalid times are equal to each other and
-// earlier than any time; times of different time specs compare as instants; milliseconds count.
+// The model's way to compare times, all by the result-data library's rule: null and invalid times
+// are equal to each other and earlier than any time; times of different time specs compare as
+// instants; milliseconds count.
 #ifndef DECODEDTEXTTIME_H
 #define DECODEDTEXTTIME_H
 
@@ -9,8 +10,7 @@
 
 #include <limits>
 
-namespace DecodedTextTime
-{
+namespace DecodedTextTime {
 
 /// Milliseconds UTC since 1970, or the lowest number for a time that is not valid.
 inline qint64 Key(const QDateTime& time)

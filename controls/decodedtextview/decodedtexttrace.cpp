@@ -5,8 +5,7 @@
 #include "hxbase/errorhandler.h"
 #include "hxbase/trace.h"
 
-namespace
-{
+namespace {
 const unsigned int kTraceFlag = 32; ///< the host's flag for trace lines of its controls
 }
 

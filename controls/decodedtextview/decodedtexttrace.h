@@ -4,8 +4,7 @@
 
 #include <QString>
 
-namespace DecodedTextTrace
-{
+namespace DecodedTextTrace {
 
 /// Writes one line with the path of the source (without extension) and a line number. Never throws.
 void Write(const QString& text, const char* path, unsigned short line);

@@ -13,6 +13,12 @@ namespace {
 
 ActiveUserProxy* substitute = nullptr; // borrowed
 
+QString OwnerOfProcess()
+{
+    const QString owner = QFileInfo(QLatin1String("/proc/self")).owner();
+    return owner.isEmpty() ? QFileInfo(QDir::homePath()).owner() : owner;
+}
+
 } // namespace
 
 ActiveUserProxy::~ActiveUserProxy() {}
@@ -26,8 +32,9 @@ QString ActiveUserProxy::GetActiveUserName()
             return name;
         }
     }
-    const QString owner = QFileInfo(QLatin1String("/proc/self")).owner();
-    return owner.isEmpty() ? QFileInfo(QDir::homePath()).owner() : owner;
+    // Asked for with every channel label, and costly to find out; a process keeps its owner.
+    static const QString* const owner = new QString(OwnerOfProcess());
+    return *owner;
 }
 
 ActiveUserProxy& ActiveUserProxy::instance()

@@ -1,0 +1,92 @@
+// The time column. Painting it must cost little beside the text itself: texts are cached by second,
+// and the conversion to local time is made once for each of them.
+
+#include "decodedtexttimearea.h"
+
+#include "decodedtextcontent.h"
+#include "decodedtexttime.h"
+
+#include <QPainter>
+#include <QPaintEvent>
+
+namespace {
+const int kInitialWidth = 20; ///< pixels, until the text area knows its font
+const int kMaxCachedTexts = 1024;
+const qint64 kMsPerSecond = 1000;
+} // namespace
+
+DecodedTextTimeArea::DecodedTextTimeArea(DecodedTextContent* ofContent)
+    : QWidget(ofContent)
+    , content(ofContent)
+    , background(220, 220, 220)
+    , width(kInitialWidth)
+{
+    setObjectName(QLatin1String("Timestamps"));
+    // It fills itself: scrolling it needs no repaint of what lies below.
+    setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+QSize DecodedTextTimeArea::sizeHint() const
+{
+    return QSize(width, 0);
+}
+
+void DecodedTextTimeArea::paintEvent(QPaintEvent* event)
+{
+    QPainter painter(this);
+    painter.fillRect(event->rect(), background);
+    painter.setPen(Qt::black);
+    content->PaintTimeArea(painter, event->rect());
+}
+
+const QStaticText& DecodedTextTimeArea::ClockText(const QDateTime& time, const QFont& font)
+{
+    if (clockTexts.size() >= kMaxCachedTexts || clockFont != font) {
+        clockTexts.clear();
+        clockFont = font;
+    }
+    const qint64 key = DecodedTextTime::Key(time) / kMsPerSecond;
+    QHash<qint64, QStaticText>::iterator known = clockTexts.find(key);
+    if (known == clockTexts.end()) {
+        QStaticText laidOut(DecodedTextTime::LocalClock(time));
+        laidOut.setTextFormat(Qt::PlainText);
+        laidOut.prepare(QTransform(), font);
+        known = clockTexts.insert(key, laidOut);
+    }
+    return known.value();
+}
+
+void DecodedTextTimeArea::PaintGap(QPainter& painter, int top, int bottom) const
+{
+    const int middle = width / 2;
+    const int quarter = width / 4;
+    const int lowest = bottom - 2;
+    painter.drawLine(middle - quarter, top + 1, middle + quarter, top + 1);
+    painter.drawLine(middle - quarter, lowest, middle + quarter, lowest);
+    if (top + 4 >= lowest) {
+        return;
+    }
+    for (int y = top + 3; y <= lowest - 2; y += 3) {
+        painter.drawLine(middle + 3, y, middle - 3, y + 2);
+    }
+}
+
+void DecodedTextTimeArea::PaintLine(QPainter& painter, const DecodedTextLayoutItem& item, int top,
+                                    int bottom, int paragraphWidth)
+{
+    const DecodedTextBlock& block = *item.block;
+    const int i = item.snippetIndex;
+    if (i >= 0 && i < block.snippets.size() && block.snippets.at(i).IsGap()) {
+        PaintGap(painter, top, bottom);
+        return;
+    }
+    const QFontMetrics metrics = painter.fontMetrics();
+    const int lineHeight = qMax(1, metrics.lineSpacing());
+    const int charWidth = qMax(1, metrics.maxWidth());
+    painter.drawStaticText(1, top, ClockText(block.GetSnippetTime(i), painter.font()));
+    int k = 0;
+    for (int y = top + lineHeight; y + lineHeight <= bottom; y += lineHeight) {
+        k += paragraphWidth / charWidth;
+        painter.drawStaticText(1, y, ClockText(block.GetTimeAt(item.start + k, i), painter.font()));
+    }
+}
