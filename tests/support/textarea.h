@@ -1,0 +1,83 @@
+// A text area on a model of its own, told of new data as a channel's open panel tells it.
+#ifndef TEXTAREA_H
+#define TEXTAREA_H
+
+#include "decodedtextcontent.h"
+#include "decodedtextdata.h"
+#include "signalrecorder.h"
+#include "transmissionbuilder.h"
+
+#include <QApplication>
+
+class TextArea
+{
+public:
+    explicit TextArea(int ofChannel = 1)
+        : channel(ofChannel)
+        , content(channel, channel == DecodedTextData::UserChannelID, &model, nullptr)
+        , modelSignals(&model)
+    {
+        content.resize(400, 200);
+        modelSignals.onSignal = [this](const QString& call) { Answer(call); };
+    }
+    /// Feeds one data block: "id position:text,position:text", "~" for a line feed; "end" ends the transmission.
+    void Feed(const QString& data)
+    {
+        const int blank = static_cast<int>(data.indexOf(QLatin1Char(' ')));
+        TransmissionBuilder builder;
+        if (blank > 0) {
+            builder.Pieces(channel, data.mid(blank + 1), data.left(blank).toInt());
+        }
+        model.AddTransmission(builder.Xml());
+    }
+    void FeedAll(const QString& data)
+    {
+        for (const QString& one : data.split(QLatin1Char(';'))) {
+            Feed(one);
+        }
+    }
+    /// \a count numbered lines in one data block, each of \a length characters and its line feed.
+    void FeedLines(int count, int length = 20, int id = 1)
+    {
+        QString text;
+        for (int i = 0; i < count; ++i) {
+            text += QString::number(fedLines++).rightJustified(length, QLatin1Char('.'))
+                + QLatin1Char('\n');
+        }
+        const int at = Newest() && Newest()->id == id ? Newest()->nextPosition : 0;
+        TransmissionBuilder builder;
+        builder.Block(channel, id);
+        for (int i = 0; i < count; ++i) {
+            const int line = i * (length + 1);
+            builder.Text(at + line, text.mid(line, length + 1));
+        }
+        model.AddTransmission(builder.Xml());
+    }
+    DecodedTextBlockPtr Newest() { return model.GetChannelData(channel)->GetLastBlock(); }
+    void Show()
+    {
+        content.show();
+        QApplication::setActiveWindow(&content);
+    }
+
+    int channel;
+    DecodedTextData model;
+    DecodedTextContent content;
+    SignalRecorder modelSignals;
+
+private:
+    void Answer(const QString& call)
+    {
+        const QString number = QString::number(channel);
+        if (call == QLatin1String("DataChanged(") + number + QLatin1String(",false)")) {
+            content.UpdateContent();
+        } else if (call == QLatin1String("DataChanged(") + number + QLatin1String(",true)")) {
+            content.RefreshContent();
+        } else if (call == QLatin1String("TransmissionChanged(") + number + QLatin1Char(')')) {
+            content.UpdateView();
+        }
+    }
+    int fedLines = 0;
+};
+
+#endif

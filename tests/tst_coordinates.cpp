@@ -1,0 +1,140 @@
+// docs/coordinates.md against the very block that it describes: every cell of its table, so that
+// the page cannot go stale.
+#include "blockprinter.h"
+#include "fatallog.h"
+#include "transmissionbuilder.h"
+
+#include <QFile>
+
+using SorvinResultDataXml::UserData;
+
+namespace {
+
+const int kNone = -1; ///< "-" in the table
+
+void Store(DecodedTextData& model, const QString& type, int from, int to, const QString& text)
+{
+    const DecodedTextBlockPtr block = model.GetChannelData(1)->GetLastBlock();
+    UserData* annotation = new UserData;
+    annotation->type = type;
+    annotation->start = from;
+    annotation->end = from + static_cast<int>(text.size());
+    annotation->text = text;
+    annotation->oldText = block->GetText(from, to);
+    QVERIFY(model.SetUserData(block, annotation, type, from, to));
+}
+
+DecodedTextBlockPtr Build(DecodedTextData& model)
+{
+    model.AddTransmission(TransmissionBuilder().Pieces(1, "0:?alp").Xml());
+    model.AddTransmission(TransmissionBuilder().Pieces(1, "1:alpha ,7:beta").Xml());
+    model.AddTransmission(TransmissionBuilder().Pieces(1, "16:gamma").Xml());
+    Store(model, UserData::ChangeType, 6, 10, "BETA!!");
+    Store(model, UserData::CommentType, 17, 22, "gamma");
+    return model.GetChannelData(1)->GetLastBlock();
+}
+
+/// The rows of the last table of the page, each split into cells.
+QList<QStringList> Rows()
+{
+    QFile page(QString::fromUtf8(DTV_SOURCE_DIR "/docs/coordinates.md"));
+    QList<QStringList> rows;
+    if (!page.open(QIODevice::ReadOnly)) {
+        return rows;
+    }
+    for (const QString& line : QString::fromUtf8(page.readAll()).split('\n')) {
+        if (line.startsWith("|---")) {
+            rows.clear();
+        } else if (line.startsWith('|')) {
+            rows.append(line.mid(1, line.size() - 2).split('|'));
+        }
+    }
+    return rows;
+}
+
+} // namespace
+
+class tst_coordinates : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { log.Start(); }
+    void cleanup() { log.Check(); }
+
+    void block()
+    {
+        DecodedTextData model;
+        QCOMPARE(Print(*Build(model)),
+                 QString("[0,6)'alpha ' [6,12)'BETA!!' [12,17)gap'\\n\\n' [17,22)'gamma' "
+                         "{Change [6,12)'BETA!!'} {Comment [17,22)'gamma'} open"));
+    }
+
+    void table_data()
+    {
+        const char* const columns[] = {"streamPos", "pos", "index", "docPos", "snippetIndex"};
+        QTest::addColumn<QString>("character");
+        for (const char* column : columns) {
+            QTest::addColumn<int>(column);
+        }
+        QTest::addColumn<QString>("annotation");
+        const QList<QStringList> rows = Rows();
+        QCOMPARE(static_cast<int>(rows.size()), 10);
+        for (const QStringList& cells : rows) {
+            QCOMPARE(static_cast<int>(cells.size()), 7);
+            QTestData& row = QTest::newRow(cells.at(0).trimmed().toUtf8().constData());
+            row << cells.at(0).trimmed();
+            for (int i = 1; i <= 5; ++i) {
+                bool isNumber = false;
+                const int number = cells.at(i).trimmed().toInt(&isNumber);
+                QVERIFY(isNumber || cells.at(i).trimmed() == "-");
+                row << (isNumber ? number : kNone);
+            }
+            row << cells.at(6).trimmed();
+        }
+    }
+    void table()
+    {
+        QFETCH(QString, character);
+        QFETCH(int, streamPos);
+        QFETCH(int, pos);
+        QFETCH(int, index);
+        QFETCH(int, docPos);
+        QFETCH(int, snippetIndex);
+        DecodedTextData model;
+        const DecodedTextBlockPtr block = Build(model);
+        QCOMPARE(block->TextIndexOfPosition(pos), index);
+        QCOMPARE(block->snippets.IndexOfPosition(pos), snippetIndex);
+        if (docPos != kNone) {
+            QCOMPARE(block->PositionOfTextIndex(index), pos);
+            QCOMPARE(docPos, index);
+            const QChar shown = index < block->text.size() ? block->text.at(index) : QChar();
+            const QChar expected = character.startsWith('`')         ? character.at(1)
+                                   : character.contains("line feed") ? QChar('\n')
+                                   : character.contains("blank")     ? QChar(' ')
+                                                                     : QChar();
+            QCOMPARE(shown, expected);
+        }
+        QString covering;
+        for (const UserData* annotation : block->userData) {
+            if (annotation->start <= pos && pos < annotation->end) {
+                covering += annotation->type.toLower();
+            }
+        }
+        QTEST(covering.isEmpty() ? QString("-") : covering, "annotation");
+        // What the decoder sends again from a stream position cuts the snippet that holds the
+        // position; its end cuts nothing.
+        if (streamPos != kNone) {
+            model.AddTransmission(TransmissionBuilder().Block(1).Text(streamPos, "x").Xml());
+            QCOMPARE(block->GetCutPosition(),
+                     snippetIndex == kNone ? -1 : qMin(pos, int(block->snippets.last().start)));
+            QCOMPARE(int(block->nextPosition), streamPos + 1);
+        }
+    }
+
+private:
+    FatalLog log;
+};
+
+QTEST_GUILESS_MAIN(tst_coordinates)
+#include "tst_coordinates.moc"
