@@ -1,0 +1,90 @@
+// decodedtexthost: shows recordings and live streams of decoded text in a DecodedTextView, or runs
+// the library's demonstration. Settles what must be settled before there is an application object
+// (time zone, platform), then reads the command line and runs a window.
+#include "decodedtextcompat.h"
+#include "demo.h"
+#include "hostoutput.h"
+#include "hostwindow.h"
+#include "options.h"
+
+#include <QApplication>
+
+namespace {
+
+const int kStatusUsage = 1;
+
+bool HasArgument(int argc, char** argv, const char* argument)
+{
+    for (int i = 1; i < argc && qstrcmp(argv[i], "--") != 0; ++i) {
+        if (qstrcmp(argv[i], argument) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Whether nobody can see the window; sees to it that the program runs all the same.
+bool IsHeadless()
+{
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    if (platform.isEmpty() && !DecodedTextCompat::HasDisplay()) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        return true;
+    }
+    return platform.startsWith("offscreen") || platform.startsWith("minimal");
+}
+
+int RunDemo(HostOptions options, bool isHeadless)
+{
+    if (isHeadless && options.screenshotFile.isEmpty() && options.textFile.isEmpty()) {
+        options.screenshotFile = QLatin1String("decodedtext-demo.png");
+        options.textFile = QLatin1String("decodedtext-demo.txt");
+        PrintText(QString::fromLatin1("No display here. The demonstration goes to %1 and %2.\n")
+                      .arg(options.screenshotFile, options.textFile));
+    }
+    Demo demo(options);
+    if (!demo.Start()) {
+        return demo.GetExitStatus();
+    }
+    QApplication::exec();
+    demo.Finish();
+    return demo.GetExitStatus();
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    // The view shows local times; the time zone is read once, when the first time is made.
+    if (HasArgument(argc, argv, "--utc")) {
+        qputenv("TZ", "UTC");
+    }
+    const bool isHeadless = IsHeadless();
+    QApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QLatin1String("decodedtexthost"));
+    QCoreApplication::setOrganizationName(QLatin1String("DecodedTextView"));
+    QCoreApplication::setApplicationVersion(QLatin1String(DTV_VERSION));
+
+    HostOptions options = HostOptions::Parse(QCoreApplication::arguments());
+    switch (options.action) {
+    case HostOptions::Refuse:
+        PrintError(options.message);
+        PrintError(QString::fromLatin1("try --help"));
+        return kStatusUsage;
+    case HostOptions::ShowText:
+        PrintText(options.message);
+        return 0;
+    case HostOptions::Run:
+        break;
+    }
+    // Nobody could close the window.
+    options.quitAtEnd = options.quitAtEnd || isHeadless;
+    if (options.demo) {
+        return RunDemo(options, isHeadless);
+    }
+    HostWindow window(options);
+    window.show();
+    window.Start();
+    QApplication::exec();
+    return window.GetExitStatus();
+}
