@@ -51,7 +51,6 @@ DecodedTextBlock::DecodedTextBlock(int ofChannel, int withId, const QDateTime& t
     , userDataOrdered(true)
     , labelFreeFrom(-1)
     , labelFreeTo(0)
-    , waitingFrom(0)
 {
 }
 

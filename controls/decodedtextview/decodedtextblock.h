@@ -296,7 +296,6 @@ private:
     // No snippet in (labelFreeFrom, labelFreeTo) is labelled; labelFreeFrom is (or is -1).
     mutable int labelFreeFrom;
     mutable int labelFreeTo;
-    int waitingFrom; ///< no snippet in front of it waits for resent text; 0 while nothing is known
 };
 
 typedef QExplicitlySharedDataPointer<DecodedTextBlock> DecodedTextBlockPtr;

@@ -27,8 +27,6 @@ using namespace DecodedTextCoordinates;
 namespace
 {
 
-const int kManySnippets = 16; ///< in one data block
-
 bool IsLabel(const SorvinResultDataXml::UserData& annotation)
 {
     return annotation.type == SorvinResultDataXml::UserData::CallSignType && annotation.channel >= 1;
@@ -67,6 +65,7 @@ public:
         , fromIndex(from)
         , firstChanged(mergedBlock.snippets.size())
         , firstMarked(mergedBlock.snippets.size())
+        , ascendingFrom(mergedBlock.snippets.size())
         , changedEarlier(false)
     {
     }
@@ -103,8 +102,7 @@ private:
         const DecodedTextBlock& source;
     };
 
-    bool PrepareQuickly();
-    int FindQuickly(const QDateTime& time);
+    int FindPlace(const QDateTime& time);
     void Append(const Placed& placed);
     void AppendOld(const DecodedTextSnippet& snippet, const QString& oldText);
 
@@ -113,6 +111,7 @@ private:
     int fromIndex;
     int firstChanged;
     int firstMarked;
+    int ascendingFrom; ///< times ascend from this snippet on, as far as was looked
     bool changedEarlier;
     QVector<Placed> insertions;
     QHash<int, Placed> reused; ///< by index of the merged snippet
@@ -151,59 +150,47 @@ void DecodedTextMerge::Mark()
             break;
         }
         merged.snippets.KeepingLength(i).flags |= DecodedTextSnippet::Replaced;
+        waiting[DecodedTextTime::Key(snippet.time)].append(i);
     }
 }
 
-/// As FindInsertIndex for every new snippet, each by a binary search, so that a data block of very many time stamps that belong
-/// far in front costs no more than it must. Only for snippets in order of time.
-int DecodedTextMerge::FindQuickly(const QDateTime& time)
+/// As FindInsertIndex for each of many new snippets: what was walked over once is searched by halves from then on, so that a
+/// data block whose time stamps belong far in front costs no more than the way to the front-most of them.
+int DecodedTextMerge::FindPlace(const QDateTime& time)
 {
     const qint64 key = DecodedTextTime::Key(time);
-    QHash<qint64, QVector<int> >::iterator places = waiting.find(key);
+    const QHash<qint64, QVector<int> >::iterator places = waiting.find(key);
     if (places != waiting.end() && !places->isEmpty()) {
         const int slot = places->last();
         places->resize(places->size() - 1);
         return slot;
     }
-    const DecodedTextSnippetList::const_iterator behind = std::upper_bound(
-        merged.snippets.begin(), merged.snippets.end(), key,
-        [](qint64 k, const DecodedTextSnippet& s) { return k < DecodedTextTime::Key(s.time); });
-    return static_cast<int>(behind - merged.snippets.begin());
-}
-
-/// Whether the quick search is worth its preparation and gives the same answers; prepares it.
-bool DecodedTextMerge::PrepareQuickly()
-{
-    const int count = merged.snippets.size();
-    if (source.snippets.size() - fromIndex < kManySnippets) {
-        return false;
-    }
-    for (int i = 1; i < count; ++i) {
-        if (DecodedTextTime::Earlier(merged.snippets.at(i).time, merged.snippets.at(i - 1).time)) {
-            return false;
+    const DecodedTextSnippetList& snippets = merged.snippets;
+    const int count = snippets.size();
+    while (ascendingFrom > 0
+           && (ascendingFrom == count || DecodedTextTime::Key(snippets.at(ascendingFrom).time) > key)) {
+        if (ascendingFrom < count
+            && DecodedTextTime::Earlier(snippets.at(ascendingFrom).time, snippets.at(ascendingFrom - 1).time)) {
+            return merged.FindInsertIndex(source.channel, time);
         }
+        --ascendingFrom;
     }
-    for (int i = count - 1; i >= firstMarked; --i) {
-        if (merged.snippets.at(i).Has(DecodedTextSnippet::Replaced)) {
-            waiting[DecodedTextTime::Key(merged.snippets.at(i).time)].append(i);
-        }
-    }
-    return true;
+    const DecodedTextSnippetList::const_iterator behind
+        = std::upper_bound(snippets.begin() + ascendingFrom, snippets.end(), key,
+                           [](qint64 k, const DecodedTextSnippet& s) { return k < DecodedTextTime::Key(s.time); });
+    return static_cast<int>(behind - snippets.begin());
 }
 
 void DecodedTextMerge::Place()
 {
     const int count = merged.snippets.size();
-    const bool quickly = PrepareQuickly();
-    merged.waitingFrom = firstMarked;
     qint64 latest = std::numeric_limits<qint64>::min(); // of the new text so far
     for (int k = fromIndex; k < source.snippets.size(); ++k) {
         const DecodedTextSnippet& snippet = source.snippets.at(k);
         if (snippet.end == snippet.start) {
             continue;
         }
-        const int i = quickly ? FindQuickly(snippet.time)
-                              : merged.FindInsertIndex(source.channel, snippet.time);
+        const int i = FindPlace(snippet.time);
         Placed placed = {k, source.snippets.TextIndexOf(k), i, false};
         if (i < count) {
             const DecodedTextSnippet& slot = merged.snippets.at(i);
@@ -222,7 +209,6 @@ void DecodedTextMerge::Place()
         changedEarlier = changedEarlier || i < count || key < latest;
         latest = qMax(latest, key);
     }
-    merged.waitingFrom = 0;
     std::stable_sort(insertions.begin(), insertions.end(), PlacedInOrder(source));
     for (int i = count - 1; i >= firstMarked; --i) {
         if (merged.snippets.at(i).Has(DecodedTextSnippet::Replaced)) {
@@ -364,7 +350,7 @@ int DecodedTextBlock::FindInsertIndex(int ofChannel, const QDateTime& time) cons
         --i;
     }
     int waiting = -1;
-    for (int k = i; k >= waitingFrom && DecodedTextTime::Same(snippets.at(k).time, time); --k) {
+    for (int k = i; k >= 0 && DecodedTextTime::Same(snippets.at(k).time, time); --k) {
         if (snippets.at(k).sourceChannel == ofChannel
             && snippets.at(k).Has(DecodedTextSnippet::Replaced)) {
             waiting = k;
@@ -530,8 +516,11 @@ bool DecodedTextBlock::IsSeparatorChanged(int start, int end) const
 
 bool DecodedTextBlock::ApplySeparator(int fromIndex, const QString& separator, bool insert)
 {
-    const DecodedTextBlockChange guard(*this);
     const int length = static_cast<int>(separator.size());
+    if (length == 0 || fromIndex < 0) {
+        return false;
+    }
+    const DecodedTextBlockChange guard(*this);
     const int fromTextIndex = snippets.TextIndexOf(fromIndex);
     QString tail;
     bool rebuilding = false;

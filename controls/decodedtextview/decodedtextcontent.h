@@ -199,6 +199,7 @@ private:
     int FollowExcerpt(int docPos, const QString& excerpt) const;
     int TrimmedLength() const;
     DecodedTextDocumentBuilder::Look GetLook() const;
+    DecodedTextBufferPtr GetBuffer() const;
     void RestorePlace(const ReaderPlace& place);
     void ScrollToLine(const DecodedTextLayoutItem& line, const QString& excerpt);
     void ScheduleScroll();
@@ -206,8 +207,7 @@ private:
     void Release();
     int UserBlockDocPos(const DecodedTextBlock* block) const;
     void TakeTyping(int docPos, int charsRemoved, const QString& typed);
-    int EditShown(DecodedTextBlock& block, int docPos, int index, int charsRemoved,
-                  const QString& typed);
+    int EditShown(DecodedTextBlock& block, int index, int charsRemoved, const QString& typed);
     void ApplyDirection(bool toRightToLeft);
     void SetDirection(Qt::LayoutDirection direction);
     int FirstBlockToShow(const DecodedTextBuffer& buffer) const;

@@ -73,6 +73,13 @@ void DecodedTextContent::ScheduleScroll()
     }
 }
 
+/// The channel's buffer, null when the channel was removed: showing it must not bring it back.
+DecodedTextBufferPtr DecodedTextContent::GetBuffer() const
+{
+    return model && model->ChannelExists(channel) ? model->GetChannelData(channel)
+                                                  : DecodedTextBufferPtr();
+}
+
 void DecodedTextContent::UpdateContent()
 {
     if (busy) {
@@ -80,8 +87,7 @@ void DecodedTextContent::UpdateContent()
         return;
     }
     DecodedTextBusyGuard guard(this);
-    const DecodedTextBufferPtr buffer =
-        model ? model->GetChannelData(channel) : DecodedTextBufferPtr();
+    const DecodedTextBufferPtr buffer = GetBuffer();
     if (!buffer || buffer->blocks.isEmpty()) {
         return;
     }
@@ -154,8 +160,7 @@ void DecodedTextContent::RefreshContent()
 
 void DecodedTextContent::BuildDocument()
 {
-    const DecodedTextBufferPtr buffer =
-        model ? model->GetChannelData(channel) : DecodedTextBufferPtr();
+    const DecodedTextBufferPtr buffer = GetBuffer();
     bool appended = false;
     bool anyRightToLeft = rightToLeft;
     for (int i = 0; buffer && i < buffer->blocks.size() && !anyRightToLeft; ++i) {
@@ -188,7 +193,7 @@ void DecodedTextContent::BuildDocument()
 int DecodedTextContent::TrimmedLength() const
 {
     const DecodedTextBlockPtr oldest =
-        model ? model->GetChannelData(channel)->GetFirstBlock() : DecodedTextBlockPtr();
+        GetBuffer() ? GetBuffer()->GetFirstBlock() : DecodedTextBlockPtr();
     if (!oldest || oldest->snippets.isEmpty()) {
         return 0;
     }
@@ -365,8 +370,8 @@ int DecodedTextContent::DocumentPosition(const DecodedTextBlock* block, int posi
 void DecodedTextContent::Rehighlight()
 {
     highlighter->FormatParagraphs(document()->begin(), document()->lastBlock());
-    if (model) {
-        annotationsShown = model->GetChannelData(channel)->blocks.AnnotationChanges();
+    if (const DecodedTextBufferPtr buffer = GetBuffer()) {
+        annotationsShown = buffer->blocks.AnnotationChanges();
     }
 }
 
@@ -378,9 +383,8 @@ void DecodedTextContent::UpdateView()
     }
     DecodedTextBusyGuard guard(this);
     SlotPositionChanged();
-    const quint32 changes =
-        model ? model->GetChannelData(channel)->blocks.AnnotationChanges() : annotationsShown;
-    if (changes != annotationsShown) {
+    const DecodedTextBufferPtr buffer = GetBuffer();
+    if (buffer && buffer->blocks.AnnotationChanges() != annotationsShown) {
         Rehighlight();
     } else {
         // Nothing but the end of a transmission can have changed the colours.
@@ -463,10 +467,13 @@ void DecodedTextContent::TakeTyping(int docPos, int charsRemoved, const QString&
     // belongs to the newest block.
     int from = -1;
     if (shown && docPos >= blockDocPos) {
-        from = EditShown(*block, docPos, docPos - blockDocPos, charsRemoved, typed);
-        if (from >= 0) {
-            RelayoutFrom(block, from, from + blockDocPos);
-        }
+        const int index = docPos - blockDocPos;
+        from = EditShown(*block, index, charsRemoved, typed);
+        // Also what was typed over with the same: the document may have joined and split its
+        // paragraphs, and composing puts formats of its own on them. Here positions count like text
+        // indexes.
+        const int firstPos = from < 0 ? index : qMin(from, index);
+        RelayoutFrom(block, firstPos, firstPos + blockDocPos);
     } else if (atEnd) {
         const int index = shown ? 0 : textLength;
         const int count = shown ? qBound(0, docPos + charsRemoved - blockDocPos, textLength) : 0;
@@ -483,18 +490,18 @@ void DecodedTextContent::TakeTyping(int docPos, int charsRemoved, const QString&
     }
 }
 
-/// Takes what was typed at text index \a index of \a block, which the document shows at \a docPos.
-/// Input methods report whole paragraphs: only what differs was typed. Returns the position to lay
-/// out from, -1 when nothing differs.
-int DecodedTextContent::EditShown(DecodedTextBlock& block, int docPos, int index, int charsRemoved,
+/// Takes what was typed at text index \a index of \a block, which the document shows. Input methods
+/// report whole paragraphs: only what differs was typed. Returns the position where the edited word
+/// begins, -1 when nothing differs.
+int DecodedTextContent::EditShown(DecodedTextBlock& block, int index, int charsRemoved,
                                   const QString& typed)
 {
     const QString replaced =
         DecodedTextDocumentBuilder::ForDocument(block.text.mid(index, charsRemoved));
     QString inserted = DecodedTextDocumentBuilder::ForDocument(typed);
     if (charsRemoved > replaced.size() && inserted.endsWith(kLineFeed)) {
-        inserted.chop(
-            1); // both count the document's final paragraph break, which the text doesn't have
+        // Both count the document's final paragraph break, which the text doesn't have.
+        inserted.chop(1);
     }
     const int shorter = static_cast<int>(qMin(replaced.size(), inserted.size()));
     int front = 0;
@@ -508,11 +515,6 @@ int DecodedTextContent::EditShown(DecodedTextBlock& block, int docPos, int index
     }
     const int count = static_cast<int>(replaced.size()) - front - back;
     const QString newText = typed.mid(front, inserted.size() - front - back);
-    if (count == 0 && newText.isEmpty()) {
-        // Composing has put its own formats on the paragraph, or taken them away.
-        highlighter->FormatParagraph(document()->findBlock(docPos));
-        return -1;
-    }
     return block.EditText(index + front, count, newText, model.data());
 }
 
@@ -520,13 +522,10 @@ void DecodedTextContent::RelayoutFrom(DecodedTextBlockPtr block, int position, i
 {
     DecodedTextBusyGuard guard(this);
     QTextBlock paragraph = document()->findBlock(docPos);
-    int pos = position;
+    // Not from its item: where paragraphs were joined, the one that is left may have kept the item
+    // of the second.
+    int pos = position - (docPos - paragraph.position());
     int snippetIndex = 0;
-    const DecodedTextLayoutItem* first = DecodedTextLayoutItem::Of(paragraph);
-    if (first) {
-        pos = first->start;
-        snippetIndex = first->snippetIndex;
-    }
     for (; paragraph.isValid(); paragraph = paragraph.next()) {
         const int holder = block->snippets.IndexOfPosition(pos);
         const bool atEnd = pos == block->GetLastPosition();

@@ -147,9 +147,15 @@ UserData* DecodedTextInfoArea::UserDataAt(const DecodedTextLayoutItem& item, int
     return nullptr;
 }
 
-/// The positions of the visual line at the height of \a point, without those of the wrapped lines below it.
+/// The positions of the visual line at the height of \a point, without those of the wrapped lines below it; none below the
+/// text.
 DecodedTextLayoutItem DecodedTextInfoArea::LineAt(const QPoint& point) const
 {
+    QTextCursor end(content->document());
+    end.movePosition(QTextCursor::End);
+    if (point.y() > content->cursorRect(end).bottom()) {
+        return DecodedTextLayoutItem();
+    }
     DecodedTextLayoutItem line = content->RangeAtY(point);
     const QPoint below(point.x(), point.y() + content->fontMetrics().lineSpacing());
     const DecodedTextLayoutItem next = content->RangeAtY(below);

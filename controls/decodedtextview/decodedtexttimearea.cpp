@@ -45,7 +45,9 @@ const QStaticText& DecodedTextTimeArea::ClockText(const QDateTime& time, const Q
         clockTexts.clear();
         clockFont = font;
     }
-    const qint64 key = DecodedTextTime::Key(time) / kMsPerSecond;
+    const qint64 ms = DecodedTextTime::Key(time);
+    const qint64 key = ms / kMsPerSecond -
+                       (ms % kMsPerSecond < 0 ? 1 : 0); // the second it lies in, also before 1970
     QHash<qint64, QStaticText>::iterator known = clockTexts.find(key);
     if (known == clockTexts.end()) {
         QStaticText laidOut(DecodedTextTime::LocalClock(time));
