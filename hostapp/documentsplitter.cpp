@@ -7,6 +7,8 @@
 // `held` is empty unless a transmission or some markup is in hand.
 #include "documentsplitter.h"
 
+#include <QCoreApplication>
+
 namespace {
 
 const char kTransmission[] = "Transmission";
@@ -73,9 +75,12 @@ void DocumentSplitter::Finish()
     if (inTransmission) {
         EmitTransmission(static_cast<int>(held.size()));
     } else if (state != Text && state != Junk) {
-        EmitError(QString::fromLatin1("the input ends inside a tag"), tokenLine);
+        EmitError(QCoreApplication::translate("DocumentSplitter", "the input ends inside a tag"),
+                  tokenLine);
     } else if (inContainer) {
-        EmitError(QString::fromLatin1("the recording is cut off: its end tag is missing"), line);
+        EmitError(QCoreApplication::translate("DocumentSplitter",
+                                              "the recording is cut off: its end tag is missing"),
+                  line);
     }
     held.clear();
     inContainer = false;
@@ -103,7 +108,7 @@ void DocumentSplitter::Step(char c)
         StepTag(c);
     }
     if (held.size() > (inTransmission ? kMaxTransmission : kMaxMarkup)) {
-        EmitError(QString::fromLatin1("a transmission is too large"),
+        EmitError(QCoreApplication::translate("DocumentSplitter", "a transmission is too large"),
                   inTransmission ? transmissionLine : tokenLine);
         inTransmission = false;
         held.clear();
@@ -117,7 +122,8 @@ void DocumentSplitter::StepTag(char c)
     // A bare < never stands in a tag or an attribute's value: the tag was cut off.
     if (c == '<' && (state == Tag || state == Quote)) {
         if (!inTransmission) {
-            EmitError(QString::fromLatin1("a tag is cut off"), tokenLine);
+            EmitError(QCoreApplication::translate("DocumentSplitter", "a tag is cut off"),
+                      tokenLine);
             held.clear();
         }
         BeginTag();
@@ -213,7 +219,8 @@ void DocumentSplitter::EndTagBetween(const QByteArray& name, bool isEnd, bool is
     } else if (name == kResultData && !isEnd) {
         foundAny = true;
         if (inContainer) {
-            EmitError(QString::fromLatin1("the recording that begins here is cut off"),
+            EmitError(QCoreApplication::translate("DocumentSplitter",
+                                                  "the recording that begins here is cut off"),
                       containerLine);
         }
         inContainer = !isWhole;
@@ -265,7 +272,7 @@ void DocumentSplitter::EmitError(const QString& text, int atLine)
 /// Passes over the rest of a line that holds something else than result data.
 void DocumentSplitter::RejectLine(int atLine)
 {
-    EmitError(QString::fromLatin1("no result data"), atLine);
+    EmitError(QCoreApplication::translate("DocumentSplitter", "no result data"), atLine);
     held.clear();
     state = Junk;
 }

@@ -10,6 +10,7 @@
 #include "sorvinresultdataexception.h"
 
 #include <QBuffer>
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QPixmap>
@@ -57,7 +58,8 @@ QString WritePicture(const QString& file, QWidget* window)
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
     if (!DecodedTextCompat::GrabWidget(window).save(&buffer, "PNG")) {
-        return file + QLatin1String(": the picture cannot be made");
+        return file + QLatin1String(": ") +
+               QCoreApplication::translate("HostOutput", "the picture cannot be made");
     }
     return WriteFile(file, bytes);
 }

@@ -103,7 +103,7 @@ void InputReader::ReadFile(int source)
     }
     Take(nullptr, 0, source);
     if (!isPipe && !splitter.HasFoundAny() && errorCount == 0) {
-        Report(source, 1, QLatin1String("no result data"));
+        Report(source, 1, tr("no result data"));
     }
 }
 
@@ -165,14 +165,13 @@ void InputReader::Report(int source, int line, const QString& text)
     const QString& input = inputs.at(source);
     ReplayItem item;
     item.source = source;
-    item.error =
-        input == QLatin1String(kStandardInput) ? QString::fromLatin1("standard input") : input;
+    item.error = input == QLatin1String(kStandardInput) ? tr("standard input") : input;
     if (line > 0) {
         item.error += QLatin1Char(':') + QString::number(line);
     }
     item.error += QLatin1String(": ") + text;
     if (errorCount == kMaxErrors) {
-        item.error += QLatin1String(" (further errors of this input are not shown)");
+        item.error += QLatin1Char(' ') + tr("(further errors of this input are not shown)");
     }
     Push(item);
 }

@@ -6,8 +6,11 @@
 #include "hostoutput.h"
 #include "hostwindow.h"
 #include "options.h"
+#include "orvelappstartup/translationcenter.h"
 
 #include <QApplication>
+#include <QLocale>
+#include <QTranslator>
 
 namespace {
 
@@ -34,13 +37,25 @@ bool IsHeadless()
     return platform.startsWith("offscreen") || platform.startsWith("minimal");
 }
 
+/// The program's own texts and Qt's in the user's language; the view's library sees to its own.
+void InstallTranslations()
+{
+    TranslationCenter::Instance().Register(QLatin1String("decodedtexthost"));
+    static QTranslator qtTexts;
+    if (qtTexts.load(QLocale(), DecodedTextCompat::QtTranslationName(), QLatin1String("_"),
+                     DecodedTextCompat::QtTranslationFolder())) {
+        QCoreApplication::installTranslator(&qtTexts);
+    }
+}
+
 int RunDemo(HostOptions options, bool isHeadless)
 {
     if (isHeadless && options.screenshotFile.isEmpty() && options.textFile.isEmpty()) {
         options.screenshotFile = QLatin1String("decodedtext-demo.png");
         options.textFile = QLatin1String("decodedtext-demo.txt");
-        PrintText(QString::fromLatin1("No display here. The demonstration goes to %1 and %2.\n")
-                      .arg(options.screenshotFile, options.textFile));
+        PrintText(HostOptions::tr("No display here. The demonstration goes to %1 and %2.")
+                      .arg(options.screenshotFile, options.textFile) +
+                  QLatin1Char('\n'));
     }
     Demo demo(options);
     if (!demo.Start()) {
@@ -65,11 +80,13 @@ int main(int argc, char* argv[])
     QCoreApplication::setOrganizationName(QLatin1String("DecodedTextView"));
     QCoreApplication::setApplicationVersion(QLatin1String(DTV_VERSION));
 
+    InstallTranslations();
+
     HostOptions options = HostOptions::Parse(QCoreApplication::arguments());
     switch (options.action) {
     case HostOptions::Refuse:
         PrintError(options.message);
-        PrintError(QString::fromLatin1("try --help"));
+        PrintError(HostOptions::tr("try --help"));
         return kStatusUsage;
     case HostOptions::ShowText:
         PrintText(options.message);

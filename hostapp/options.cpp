@@ -17,29 +17,44 @@ struct OptionText
 
 const OptionText kOptions[] = {
     {"merge", nullptr,
-     "Also merge the text of all channels, in the order of its times, into one channel."},
-    {"name", "N=TEXT", "Name channel N. May be given several times."},
+     QT_TRANSLATE_NOOP(
+         "HostOptions",
+         "Also merge the text of all channels, in the order of its times, into one channel.")},
+    {"name", "N=TEXT",
+     QT_TRANSLATE_NOOP("HostOptions", "Name channel N. May be given several times.")},
     {"speed", "X",
-     "Replay X times as fast as recorded (1: as recorded). Without it everything is shown at "
-     "once."},
-    {"screenshot", "FILE.png", "Write a picture of the window at the end."},
+     QT_TRANSLATE_NOOP(
+         "HostOptions",
+         "Replay X times as fast as recorded (1: as recorded). Without it everything is shown at "
+         "once.")},
+    {"screenshot", "FILE.png",
+     QT_TRANSLATE_NOOP("HostOptions", "Write a picture of the window at the end.")},
     {"text", "FILE",
-     "Write the text of every channel, with times, at the end; - is standard output."},
+     QT_TRANSLATE_NOOP(
+         "HostOptions",
+         "Write the text of every channel, with times, at the end; - is standard output.")},
     {"export", "FILE.xml",
-     "Write the text and the annotations of every channel as a recording at the end."},
-    {"quit-at-end", nullptr, "Quit when everything was shown. This is so without a display, too."},
-    {"utc", nullptr, "Show times in UTC instead of local time."},
-    {"demo", nullptr, "Load the view's library as a plug-in and run its demonstration."},
-    {"help", nullptr, "Show this help."},
-    {"version", nullptr, "Show the program's version."},
+     QT_TRANSLATE_NOOP(
+         "HostOptions",
+         "Write the text and the annotations of every channel as a recording at the end.")},
+    {"quit-at-end", nullptr,
+     QT_TRANSLATE_NOOP("HostOptions",
+                       "Quit when everything was shown. This is so without a display, too.")},
+    {"utc", nullptr, QT_TRANSLATE_NOOP("HostOptions", "Show times in UTC instead of local time.")},
+    {"demo", nullptr,
+     QT_TRANSLATE_NOOP("HostOptions",
+                       "Load the view's library as a plug-in and run its demonstration.")},
+    {"help", nullptr, QT_TRANSLATE_NOOP("HostOptions", "Show this help.")},
+    {"version", nullptr, QT_TRANSLATE_NOOP("HostOptions", "Show the program's version.")},
 };
 
-const char kDescription[] = "Shows decoded text, channel by channel.\n"
-                            "A FILE is a recording (result-data XML) or a stream of transmissions, "
-                            "one per line; - is standard input,\n"
-                            "read as it arrives. Exit status: 0, 1 when the command line is wrong, "
-                            "2 when a file cannot be read,\n"
-                            "understood or written.";
+const char kDescription[] = QT_TRANSLATE_NOOP(
+    "HostOptions", "Shows decoded text, channel by channel.\n"
+                   "A FILE is a recording (result-data XML) or a stream of transmissions, "
+                   "one per line; - is standard input,\n"
+                   "read as it arrives. Exit status: 0, 1 when the command line is wrong, "
+                   "2 when a file cannot be read,\n"
+                   "understood or written.");
 
 bool ParseName(const QString& text, QMap<int, QString>& names)
 {
@@ -74,14 +89,14 @@ void TakeInputs(const QStringList& arguments, HostOptions& options)
 
 void AddOptions(QCommandLineParser& parser)
 {
-    parser.setApplicationDescription(QLatin1String(kDescription));
+    parser.setApplicationDescription(HostOptions::tr(kDescription));
     for (const OptionText& option : kOptions) {
         parser.addOption(
-            QCommandLineOption(QLatin1String(option.name), QLatin1String(option.description),
+            QCommandLineOption(QLatin1String(option.name), HostOptions::tr(option.description),
                                option.valueName ? QLatin1String(option.valueName) : QString()));
     }
     parser.addPositionalArgument(QLatin1String("FILE"),
-                                 QLatin1String("Recordings or streams of transmissions."),
+                                 HostOptions::tr("Recordings or streams of transmissions."),
                                  QLatin1String("[FILE ...]"));
 }
 
@@ -113,21 +128,19 @@ HostOptions HostOptions::Parse(const QStringList& arguments)
     const QStringList names = parser.values(QLatin1String("name"));
     for (const QString& name : names) {
         if (!ParseName(name, options.names)) {
-            return Refusal(
-                QString::fromLatin1("--name wants N=TEXT with a channel number N, not '%1'.")
-                    .arg(name));
+            return Refusal(tr("--name wants N=TEXT with a channel number N, not '%1'.").arg(name));
         }
     }
     if (parser.isSet(QLatin1String("speed"))) {
         bool isNumber = false;
         options.speed = parser.value(QLatin1String("speed")).toDouble(&isNumber);
         if (!isNumber || !(options.speed > 0)) {
-            return Refusal(QString::fromLatin1("--speed wants a number above 0, not '%1'.")
+            return Refusal(tr("--speed wants a number above 0, not '%1'.")
                                .arg(parser.value(QLatin1String("speed"))));
         }
     }
     if (options.demo && (options.standardInput || !options.inputs.isEmpty())) {
-        return Refusal(QString::fromLatin1("--demo makes its own text and takes no FILE."));
+        return Refusal(tr("--demo makes its own text and takes no FILE."));
     }
     return options;
 }

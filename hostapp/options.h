@@ -1,6 +1,7 @@
 #ifndef OPTIONS_H
 #define OPTIONS_H
 
+#include <QCoreApplication>
 #include <QMap>
 #include <QString>
 #include <QStringList>
@@ -8,6 +9,9 @@
 /// What the command line asks for. A value.
 struct HostOptions
 {
+    Q_DECLARE_TR_FUNCTIONS(HostOptions)
+
+public:
     /// What to do instead of the program's work, if anything.
     enum Action { Run, ShowText, Refuse };
 

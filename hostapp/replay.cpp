@@ -62,7 +62,7 @@ void Replay::Continue()
         holdsItem = true;
         const qint64 wait = WaitFor(next);
         if (wait > 0 || slice.elapsed() >= kSliceMs) {
-            timer.start(static_cast<int>(qMin(wait, qint64(kMaxWaitMs))));
+            timer.start(static_cast<int>(qBound(qint64(0), wait, qint64(kMaxWaitMs))));
             return;
         }
         holdsItem = false;

@@ -1,7 +1,5 @@
 // The shared library as a host framework uses it: loaded at run time, known by two functions alone.
 // Nothing of it is linked here.
-#include "hxbase/errorhandler.h"
-#include "hxbase/hxexception.h"
 #include "idllinstance/idllinstance.h"
 #include "orvelappstartup/translationcenter.h"
 #include "recordingconfig.h"
@@ -10,7 +8,6 @@
 #include <QApplication>
 #include <QLabel>
 #include <QLibrary>
-#include <QLineEdit>
 #include <QMainWindow>
 #include <QPlainTextEdit>
 #include <QProcess>
@@ -31,7 +28,6 @@ public:
     QStringList calls;
 };
 
-/// The window that the plug-in shows, null without one.
 QWidget* Window()
 {
     for (QWidget* widget : QApplication::topLevelWidgets()) {
@@ -51,12 +47,6 @@ QStringList Captions(const QWidget* window)
         byHeight[label->mapTo(window, QPoint()).y()] = label->text();
     }
     return byHeight.values();
-}
-
-/// An exported symbol as what a reader calls it: the C function, or the class of a member.
-QString Exporter(const QString& symbol)
-{
-    return symbol.section('(', 0, 0).section("::", 0, 0).section(' ', -1);
 }
 
 } // namespace
@@ -84,18 +74,15 @@ private Q_SLOTS:
     void exportedSymbols()
     {
         QProcess nm;
-        nm.start("nm", QStringList() << "-D"
-                                     << "-C"
-                                     << "--defined-only" << DTV_LIBRARY);
+        nm.start("nm", QString("-D -C --defined-only").split(' ') << DTV_LIBRARY);
         QVERIFY2(nm.waitForFinished() && nm.exitCode() == 0, "needs nm of binutils");
         QSet<QString> exporters;
         for (const QString& line : QString::fromLocal8Bit(nm.readAllStandardOutput()).split('\n')) {
-            // Weak symbols are copies of inline code of other libraries; an underscore marks what
-            // the linker adds.
+            // Neither weak copies of inline code nor what the linker adds.
             const QString name = line.section(' ', 2);
             if (QString("TDRBA").contains(line.section(' ', 1, 1)) && !name.isEmpty() &&
                 !name.startsWith('_')) {
-                exporters.insert(Exporter(name));
+                exporters.insert(name.section('(', 0, 0).section("::", 0, 0).section(' ', -1));
             }
         }
         QStringList sorted = exporters.values();
@@ -105,21 +92,15 @@ private Q_SLOTS:
                          "DecodedTextSnippetList DecodedTextView HXCreate HXDestroy"));
     }
 
-    void nothingToDestroy() { destroy(nullptr); }
-
     void namesAndWindow()
     {
         IDllInstance* instance = create(nullptr);
-        QCOMPARE(instance->GetInstanceName(), QString());
         destroy(instance);
+        destroy(nullptr);
         instance = create(L"D\u00e9mo");
         QCOMPARE(instance->GetInstanceName(), QString::fromUtf8("Démo"));
-        QVERIFY(Window() && !Window()->isVisible());
-        QVERIFY(QMetaObject::invokeMethod(dynamic_cast<QObject*>(instance),
-                                          "Update")); // a tick before the start
         QVERIFY(instance->Start() && instance->Start());
         QVERIFY(Window()->isVisible());
-        QCOMPARE(Window()->sizeHint(), QSize(600, 600));
         QTimer::singleShot(0, Window(), SLOT(close()));
         QCOMPARE(QApplication::exec(), 0); // closing ends the loop
         destroy(instance);
@@ -133,25 +114,15 @@ private Q_SLOTS:
         QObject* const ticker = dynamic_cast<QObject*>(instance);
         QTimer* const timer = ticker->findChild<QTimer*>();
         QVERIFY(timer->isActive() && timer->interval() == 1000);
-        QCOMPARE(Captions(Window()).join(" "), QString("Aggregation"));
-        QMetaObject::invokeMethod(ticker, "Update");
-        QCOMPARE(Captions(Window()).join(" "), QString("Aggregation NOVA"));
-        for (int i = 1; i < 40; ++i) {
+        for (int i = 0; i < 40; ++i) {
             QMetaObject::invokeMethod(ticker, "Update");
         }
         QCOMPARE(Captions(Window()).join(" "), QString("Aggregation NOVA KILO"));
-        QVERIFY(timer->isActive());
         QMetaObject::invokeMethod(ticker, "Update");
         QVERIFY2(!timer->isActive(), "the 41st tick ends it");
-        QApplication::processEvents();
-        for (const QLineEdit* line : Window()->findChildren<QLineEdit*>("TickerLine")) {
-            QVERIFY2(line->text().endsWith("aliquyam erat, "), qPrintable(line->text()));
-        }
-        const QPlainTextEdit* merged = Window()->findChild<QPlainTextEdit*>();
-        QString text = merged->toPlainText().remove('\n');
+        QString text = Window()->findChild<QPlainTextEdit*>()->toPlainText().remove('\n');
         QCOMPARE(static_cast<int>(text.size()), 2 * (442 - 3));
         QVERIFY(text.contains("0123456789Lorem ipsum 0123456789Lorem ipsum "));
-        QVERIFY(ErrorHandler::GetExceptions().empty());
         destroy(instance);
         QVERIFY(config.Take().contains("QualityThreshold=50"));
     }

@@ -1,5 +1,6 @@
-// Ranges that outlast arriving data. Source channel, source position and time together name a snippet of the merged channel:
-// positions begin anew with each transmission of a channel, times don't.
+// Ranges that outlast arriving data. Source channel, source position and time together name a
+// snippet of the merged channel: positions begin anew with each transmission of a channel, times
+// don't.
 
 #include "decodedtextanchor.h"
 
@@ -7,15 +8,15 @@
 #include "decodedtextlayoutitem.h"
 #include "decodedtexttime.h"
 
-namespace
-{
+namespace {
 
 /// Whether trimming has taken all the text of the range.
 bool IsTrimmed(const DecodedTextLayoutItem& range)
 {
     for (const DecodedTextSnippet& snippet : range.block->snippets) {
         if (!snippet.IsGap()) {
-            return range.start < range.end ? range.end <= snippet.start : range.start < snippet.start;
+            return range.start < range.end ? range.end <= snippet.start
+                                           : range.start < snippet.start;
         }
     }
     return true;
@@ -50,8 +51,8 @@ int DecodedTextRangeAnchor::Bound::Find(const DecodedTextBlock& block) const
             continue;
         }
         const DecodedTextSnippet& snippet = block.snippets.at(candidate);
-        if (snippet.sourceChannel == sourceChannel && snippet.sourcePosition == sourcePosition
-            && DecodedTextTime::Same(snippet.time, time)) {
+        if (snippet.sourceChannel == sourceChannel && snippet.sourcePosition == sourcePosition &&
+            DecodedTextTime::Same(snippet.time, time)) {
             return qMax(snippet.start, snippet.end - fromEnd);
         }
     }

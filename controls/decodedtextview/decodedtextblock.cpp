@@ -48,6 +48,7 @@ DecodedTextBlock::DecodedTextBlock(int ofChannel, int withId, const QDateTime& t
     , accountedEmpty(true)
     , cutPosition(-1)
     , indexedUserData(-1)
+    , widestIndexed(0)
     , userDataOrdered(true)
     , labelFreeFrom(-1)
     , labelFreeTo(0)

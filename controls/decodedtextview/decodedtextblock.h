@@ -250,6 +250,8 @@ private:
     int FirstWithin(int from) const;
     int BehindStart(int to) const;
     UserData* TakeUserData(UserData* annotation);
+    void AddToIndex(UserData* annotation);
+    void ExchangeUserData(UserData* old, UserData* annotation);
     void ReportRemoved(DataBlock* out, UserData* removed);
     void RevertOverlapping(DataBlock* out, int from, int to, Reverted& sums);
     int ExportedStart(int pos) const;
@@ -288,6 +290,7 @@ private:
     mutable QVector<UserData*> longUserData;
     mutable int
         indexedUserData; ///< size of userData when the index was made; -1 when it must be made anew
+    mutable int widestIndexed; ///< positions of the widest annotation that is not listed apart
     mutable bool userDataOrdered;
 
     // What snippets took for each change that stands here.

@@ -1,7 +1,7 @@
 // A block's annotations: finding, storing, replacing, importing and handing them over.
 //
 // userData ascends by start, save for what arrived with data, which stands at the end. While it does ascend, an index bounds
-// every search: annotations of at most kLongAnnotation positions that can concern a range begin at most that far in front of
+// every search: annotations of at most kLongAnnotation positions that can concern a range begin at most their width in front of
 // it; the few longer ones are listed apart. Small vectors are simply walked.
 // Invariant: every annotation is owned by exactly one block; longUserData borrows from userData.
 
@@ -48,6 +48,7 @@ void DecodedTextBlock::LearnUserData() const
         return;
     }
     longUserData.clear();
+    widestIndexed = 0;
     userDataOrdered = true;
     for (int i = 0; i < userData.size(); ++i) {
         if (i > 0 && userData.at(i)->start < userData.at(i - 1)->start) {
@@ -55,6 +56,8 @@ void DecodedTextBlock::LearnUserData() const
         }
         if (IsLongAnnotation(*userData.at(i))) {
             longUserData.append(userData.at(i));
+        } else {
+            widestIndexed = qMax(widestIndexed, userData.at(i)->end - userData.at(i)->start);
         }
     }
     indexedUserData = static_cast<int>(userData.size());
@@ -66,7 +69,7 @@ int DecodedTextBlock::FirstWithin(int from) const
     if (!HasUserDataIndex()) {
         return 0;
     }
-    const qint64 start = qMax<qint64>(static_cast<qint64>(from) - kLongAnnotation,
+    const qint64 start = qMax<qint64>(static_cast<qint64>(from) - widestIndexed,
                                       std::numeric_limits<int>::min());
     return static_cast<int>(std::lower_bound(userData.constBegin(), userData.constEnd(),
                                              static_cast<int>(start), ByStart())
@@ -202,6 +205,8 @@ void DecodedTextBlock::ImportUserData(const QVector<UserData*>& list, int offset
         userData.append(copy);
         if (IsLongAnnotation(*copy)) {
             longUserData.append(copy);
+        } else {
+            widestIndexed = qMax(widestIndexed, copy->end - copy->start);
         }
         UserDataChanged();
     }
@@ -228,11 +233,48 @@ void DecodedTextBlock::InsertUserData(UserData* annotation)
     }
     userData.insert(place, annotation);
     ++userDataCount;
+    AddToIndex(annotation);
+    UserDataChanged();
+}
+
+/// Enters an annotation that stands in the vector already.
+void DecodedTextBlock::AddToIndex(UserData* annotation)
+{
     if (IsLongAnnotation(*annotation)) {
         const QVector<UserData*>::iterator behind = std::upper_bound(
             longUserData.begin(), longUserData.end(), annotation->start, ByStart());
         longUserData.insert(behind, annotation);
+    } else {
+        widestIndexed = qMax(widestIndexed, annotation->end - annotation->start);
     }
+}
+
+/// Puts \a annotation in the place of \a old, which the caller owns then; moves only what stands between their places.
+void DecodedTextBlock::ExchangeUserData(UserData* old, UserData* annotation)
+{
+    LearnUserData();
+    if (!HasUserDataIndex()) {
+        TakeUserData(old);
+        InsertUserData(annotation);
+        return;
+    }
+    const QVector<UserData*>::iterator first = userData.begin();
+    const QVector<UserData*>::iterator from = std::find(
+        std::lower_bound(first, userData.end(), old->start, ByStart()), userData.end(), old);
+    const QVector<UserData*>::iterator to
+        = std::upper_bound(first, userData.end(), annotation->start, ByStart());
+    *from = annotation;
+    if (to > from) {
+        std::rotate(from, from + 1, to);
+    } else {
+        std::rotate(to, from, from + 1);
+    }
+    const int apart = static_cast<int>(longUserData.indexOf(old));
+    if (apart >= 0) {
+        longUserData.remove(apart);
+    }
+    ++userDataCount;
+    AddToIndex(annotation);
     UserDataChanged();
 }
 
@@ -370,15 +412,21 @@ void DecodedTextBlock::ReplaceUserData(DataBlock* out, UserData* annotation, con
         annotation->text = scratch.GetContent();
     }
 
+    bool stored = false;
     Reverted reverted;
     if (isChange) {
         RevertOverlapping(out, from, to, reverted);
     } else {
         QVector<UserData*> taken;
         CollectUserData(type, from, to, taken);
-        while (!taken.isEmpty()) {
-            ReportRemoved(out, TakeUserData(taken.last()));
-            taken.resize(taken.size() - 1);
+        for (int i = static_cast<int>(taken.size()) - 1; i >= 0; --i) {
+            if (i == 0 && annotation) {
+                ExchangeUserData(taken.at(i), annotation);
+                stored = true;
+            } else {
+                TakeUserData(taken.at(i));
+            }
+            ReportRemoved(out, taken.at(i));
         }
     }
     if (!annotation) {
@@ -389,7 +437,7 @@ void DecodedTextBlock::ReplaceUserData(DataBlock* out, UserData* annotation, con
         annotation->end += reverted.before;
         InsertUserData(annotation);
         ApplyChange(annotation, from + reverted.before, to + reverted.before + reverted.inside);
-    } else {
+    } else if (!stored) {
         InsertUserData(annotation);
     }
     out->AddUserData(new UserData(*annotation));

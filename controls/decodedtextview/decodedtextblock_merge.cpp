@@ -300,6 +300,9 @@ void DecodedTextBlock::MoveUserData(const DecodedTextPositionMap& map)
                      [&map](const UserData& annotation) { return LosesItsText(annotation, map); });
     QVector<UserData*> moved;
     CollectCandidates(from, highest, moved);
+    if (!moved.isEmpty()) {
+        UserDataChanged();
+    }
     const int last = GetLastPosition();
     for (UserData* annotation : moved) {
         const bool empty = annotation->end <= annotation->start;
@@ -309,7 +312,9 @@ void DecodedTextBlock::MoveUserData(const DecodedTextPositionMap& map)
         annotation->start = start;
     }
     for (UserData* annotation : moved) {
-        if (IsLongAnnotation(*annotation) && !longUserData.contains(annotation)) {
+        if (!IsLongAnnotation(*annotation)) {
+            widestIndexed = qMax(widestIndexed, annotation->end - annotation->start);
+        } else if (!longUserData.contains(annotation)) {
             ForgetUserDataIndex();
             break;
         }

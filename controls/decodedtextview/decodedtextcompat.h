@@ -6,6 +6,7 @@
 #define DECODEDTEXTCOMPAT_H
 
 #include <QCoreApplication>
+#include <QLibraryInfo>
 #include <QString>
 
 #ifdef QT_GUI_LIB
@@ -51,6 +52,27 @@ inline void RunAtApplicationStart(void (*function)())
     if (QCoreApplication::instance()) {
         function();
     }
+#endif
+}
+
+/// The folder with the translations of Qt's own texts. Qt 4.8 and 5 ask for it by another name than
+/// Qt 6.
+inline QString QtTranslationFolder()
+{
+#if QT_VERSION >= 0x060000
+    return QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+#else
+    return QLibraryInfo::location(QLibraryInfo::TranslationsPath);
+#endif
+}
+
+/// Their name: one file in Qt 4.8, one for each module in Qt 5 and 6.
+inline QString QtTranslationName()
+{
+#if QT_VERSION >= 0x050000
+    return QLatin1String("qtbase");
+#else
+    return QLatin1String("qt");
 #endif
 }
 

@@ -1,12 +1,13 @@
-// What the annotation actions do: ask the operator, build the annotation, store it through the model, show it.
+// What the annotation actions do: ask the operator, build the annotation, store it through the
+// model, show it.
 //
-// An action copies the selection range before it opens a dialog and takes it up again afterwards: meanwhile data arrives, other
-// code may examine other ranges, the block may be trimmed or removed, and the text area may be gone. A range whose text is gone
-// is emptied, which the model refuses like a finished transmission.
-// Texts come from the block, never from the document, which shows some characters by stand-ins.
+// An action copies the selection range before it opens a dialog and takes it up again afterwards:
+// meanwhile data arrives, other code may examine other ranges, the block may be trimmed or removed,
+// and the text area may be gone. A range whose text is gone is emptied, which the model refuses
+// like a finished transmission. Texts come from the block, never from the document, which shows
+// some characters by stand-ins.
 
 #include "decodedtextcontent.h"
-
 #include "decodedtextdata.h"
 #include "decodedtextguards.h"
 #include "decodedtextmenulabels.h"
@@ -24,10 +25,10 @@
 
 using SorvinResultDataXml::UserData;
 
-namespace
-{
+namespace {
 
-const char kDeletedSection[] = "[...deleted...]"; ///< what the host's other programs look for; not translated
+const char kDeletedSection[] =
+    "[...deleted...]"; ///< what the host's other programs look for; not translated
 
 bool StartsEarlier(const UserData* a, const UserData* b)
 {
@@ -48,8 +49,8 @@ QString JoinComments(const QVector<UserData*>& annotations)
     return comments.join(QLatin1String(" "));
 }
 
-/// \a edited came from a field that was filled with \a text but showed \a shown, some characters being replaced. Puts back what
-/// the operator left as it was.
+/// \a edited came from a field that was filled with \a text but showed \a shown, some characters
+/// being replaced. Puts back what the operator left as it was.
 QString KeepUntouched(const QString& text, const QString& shown, const QString& edited)
 {
     if (edited == shown) {
@@ -64,8 +65,8 @@ QString KeepUntouched(const QString& text, const QString& shown, const QString& 
         ++front;
     }
     int back = 0;
-    while (back < shorter - front
-           && shown.at(shown.size() - 1 - back) == edited.at(edited.size() - 1 - back)) {
+    while (back < shorter - front &&
+           shown.at(shown.size() - 1 - back) == edited.at(edited.size() - 1 - back)) {
         ++back;
     }
     return text.left(front) + edited.mid(front, edited.size() - front - back) + text.right(back);
@@ -94,9 +95,40 @@ void NameFields(QDialog* dialog, const QString& name)
     }
 }
 
-/// A new annotation of \a range, which is widened to the annotations that it takes the place of when it was only pointed at:
-/// they stood on text, and so does the new one. On the heap, for StoreUserData.
-UserData* NewAnnotation(const DecodedTextData* model, const QString& type, DecodedTextLayoutItem range)
+struct ChangeFields
+{
+    QPlainTextEdit* text; ///< both owned by the dialog
+    QLineEdit* comment;
+};
+
+/// Fills the change dialog: the text, and under it the remark.
+ChangeFields AddChangeFields(QDialog* dialog, const QString& shown, const QString& comment)
+{
+    RemoveHelpButton(dialog);
+    ChangeFields fields = {new QPlainTextEdit(shown, dialog), new QLineEdit(comment, dialog)};
+    QLabel* commentLabel = new QLabel(DecodedTextContent::tr("Comment"), dialog);
+    QDialogButtonBox* buttons = new QDialogButtonBox(
+        QDialogButtonBox::Ok | QDialogButtonBox::Cancel, Qt::Horizontal, dialog);
+    QObject::connect(buttons, SIGNAL(accepted()), dialog, SLOT(accept()));
+    QObject::connect(buttons, SIGNAL(rejected()), dialog, SLOT(reject()));
+    fields.text->setAccessibleName(dialog->windowTitle());
+    fields.text->setTabChangesFocus(true);
+    fields.comment->setAccessibleName(commentLabel->text());
+    commentLabel->setBuddy(fields.comment);
+    QVBoxLayout* layout = new QVBoxLayout(dialog);
+    layout->setSizeConstraint(QLayout::SetMinAndMaxSize);
+    layout->addWidget(fields.text);
+    layout->addWidget(commentLabel);
+    layout->addWidget(fields.comment);
+    layout->addWidget(buttons);
+    return fields;
+}
+
+/// A new annotation of \a range, which is widened to the annotations that it takes the place of
+/// when it was only pointed at: they stood on text, and so does the new one. On the heap, for
+/// StoreUserData.
+UserData* NewAnnotation(const DecodedTextData* model, const QString& type,
+                        DecodedTextLayoutItem range)
 {
     QVector<UserData*> replaced;
     if (range.block && range.start == range.end) {
@@ -127,9 +159,10 @@ void DecodedTextContent::StoreUserData(DecodedTextBlockPtr block, UserData* user
     if (!model || !model->SetUserData(block, userData, type, from, to)) {
         const QScopedPointer<UserData> refused(userData);
         if (model) {
-            QPointer<QMessageBox> box(new QMessageBox(
-                QMessageBox::Warning, tr("Save"),
-                tr("Unable to save modification. The transmission is finished."), QMessageBox::Ok, this));
+            QPointer<QMessageBox> box(
+                new QMessageBox(QMessageBox::Warning, tr("Save"),
+                                tr("Unable to save modification. The transmission is finished."),
+                                QMessageBox::Ok, this));
             box->exec();
             delete box.data();
         }
@@ -184,7 +217,8 @@ QVector<UserData*> DecodedTextContent::CollectSelectedUserData(const QString& ty
 {
     QVector<UserData*> found;
     if (selectionRange.block) {
-        selectionRange.block->CollectUserData(type, selectionRange.start, selectionRange.end, found);
+        selectionRange.block->CollectUserData(type, selectionRange.start, selectionRange.end,
+                                              found);
     }
     return found;
 }
@@ -303,40 +337,24 @@ void DecodedTextContent::RunChangeDialog(const QString& title)
 
     QPointer<QDialog> dialog(new QDialog(this));
     dialog->setWindowTitle(title);
-    RemoveHelpButton(dialog);
-    QVBoxLayout* layout = new QVBoxLayout(dialog);
-    layout->setSizeConstraint(QLayout::SetMinAndMaxSize);
-    QPlainTextEdit* textField = new QPlainTextEdit(shown, dialog);
-    QLabel* commentLabel = new QLabel(tr("Comment"), dialog);
-    QLineEdit* commentField = new QLineEdit(comment, dialog);
-    QDialogButtonBox* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel,
-                                                     Qt::Horizontal, dialog);
-    connect(buttons, SIGNAL(accepted()), dialog, SLOT(accept()));
-    connect(buttons, SIGNAL(rejected()), dialog, SLOT(reject()));
-    layout->addWidget(textField);
-    layout->addWidget(commentLabel);
-    layout->addWidget(commentField);
-    layout->addWidget(buttons);
-    textField->setAccessibleName(title);
-    textField->setTabChangesFocus(true);
-    commentField->setAccessibleName(commentLabel->text());
-    commentLabel->setBuddy(commentField);
-    const QString shownText = textField->toPlainText();
-    const QString shownComment = commentField->text();
+    const ChangeFields fields = AddChangeFields(dialog, shown, comment);
+    const QString shownText = fields.text->toPlainText();
+    const QString shownComment = fields.comment->text();
     dialog->adjustSize();
-    textField->setFocus();
-    textField->selectAll();
+    fields.text->setFocus();
+    fields.text->selectAll();
     const bool accepted = dialog->exec() == QDialog::Accepted;
     if (!dialog) {
         return;
     }
-    const QString newText = KeepUntouched(shown, shownText, textField->toPlainText());
-    const QString newComment = KeepUntouched(comment, shownComment, commentField->text());
+    const QString newText = KeepUntouched(shown, shownText, fields.text->toPlainText());
+    const QString newComment = KeepUntouched(comment, shownComment, fields.comment->text());
     delete dialog.data();
     if (!accepted || (newText == shown && newComment == comment)) {
         return;
     }
-    // The text may have been sent again meanwhile: what the change replaces is what stands there now.
+    // The text may have been sent again meanwhile: what the change replaces is what stands there
+    // now.
     selectionRange = range;
     selectionAnchor = anchor;
     FollowSelection();
@@ -370,14 +388,16 @@ void DecodedTextContent::GetEditTexts(QString& shown, QString& old, QString& com
         const UserData* change = changes.at(i);
         const int offset = change->start - selectionRange.start;
         const int span = change->end - change->start;
-        // A change whose text is not shown has been typed or merged over: there is nothing to take back.
+        // A change whose text is not shown has been typed or merged over: there is nothing to take
+        // back.
         if (offset < old.size() && span >= 0 && old.mid(offset, span) == change->text) {
             old.replace(offset, span, change->oldText);
         }
     }
 }
 
-void DecodedTextContent::SaveChange(const QString& newText, const QString& old, const QString& comment)
+void DecodedTextContent::SaveChange(const QString& newText, const QString& old,
+                                    const QString& comment)
 {
     const QPointer<DecodedTextContent> self(this);
     {

@@ -1,10 +1,10 @@
-// Where the info area's entries go: each call sign at the height of the visual line that holds its first character.
+// Where the info area's entries go: each call sign at the height of the visual line that holds its
+// first character.
 //
-// Only lines inside the rectangle are looked at, and of each line only the annotations that can begin there, so that painting
-// costs what is seen, not what the block holds.
+// Only lines inside the rectangle are looked at, and of each line only the annotations that can
+// begin there, so that painting costs what is seen, not what the block holds.
 
 #include "decodedtextcontent.h"
-
 #include "decodedtextinfoarea.h"
 #include "userdata.h"
 
@@ -12,8 +12,7 @@
 
 using SorvinResultDataXml::UserData;
 
-namespace
-{
+namespace {
 
 /// The call signs of \a block that begin at positions [from, to), in order.
 QVector<UserData*> CallSignsWithin(const DecodedTextBlock& block, int from, int to)
@@ -41,7 +40,8 @@ void DecodedTextContent::PaintInfoArea(QPainter& painter, const QRect& rect)
         const qreal exactBottom = exactTop + blockBoundingRect(paragraph).height();
         const DecodedTextLayoutItem* item = DecodedTextLayoutItem::Of(paragraph);
         const QTextLayout* layout = paragraph.layout();
-        const bool shown = paragraph.isVisible() && exactBottom >= rect.top() && item && item->block;
+        const bool shown =
+            paragraph.isVisible() && exactBottom >= rect.top() && item && item->block;
         for (int i = 0; shown && i < layout->lineCount(); ++i) {
             const QTextLine line = layout->lineAt(i);
             const int top = qRound(exactTop + line.y());

@@ -1,13 +1,12 @@
-// The text area's menu, tooltips and mouse: what the operator points at becomes the selection range, and the entries and
-// gestures that fit it start the annotation actions.
+// The text area's menu, tooltips and mouse: what the operator points at becomes the selection
+// range, and the entries and gestures that fit it start the annotation actions.
 //
-// Menu and drag run event loops of their own, in which data arrives and anything may be destroyed, this text area included.
-// The menu therefore belongs to the function that runs it, not to the text area, and no member is touched behind a loop unless
-// the text area still lives.
-
-#include "decodedtextcontent.h"
+// Menu and drag run event loops of their own, in which data arrives and anything may be destroyed,
+// this text area included. The menu therefore belongs to the function that runs it, not to the text
+// area, and no member is touched behind a loop unless the text area still lives.
 
 #include "decodedtextcompat.h"
+#include "decodedtextcontent.h"
 #include "decodedtextdata.h"
 #include "decodedtextguards.h"
 #include "decodedtextinfoarea.h"
@@ -34,8 +33,7 @@
 
 using SorvinResultDataXml::UserData;
 
-namespace
-{
+namespace {
 
 const int kDefaultInfoAreaWidth = 50; ///< pixels
 
@@ -47,7 +45,8 @@ QAction* AddEntry(QMenu* menu, const QString& label, const QObject* receiver, co
     return action;
 }
 
-QAction* AddToggle(QMenu* menu, const QString& label, bool on, const QObject* receiver, const char* slot)
+QAction* AddToggle(QMenu* menu, const QString& label, bool on, const QObject* receiver,
+                   const char* slot)
 {
     QAction* action = new QAction(label, menu);
     action->setCheckable(true);
@@ -94,7 +93,8 @@ void DecodedTextContent::FillContextMenu(QMenu* menu, const QPoint& pos)
     menu->addSeparator();
     AddToggle(menu, tr("Morse ColorCoding"), colorCoding, this, SLOT(SlotColorCoding(bool)))
         ->setObjectName(QLatin1String("ColorCodingAction"));
-    AddToggle(menu, tr("Tooltip with timestamp"), tooltipWithTime, this, SLOT(SlotTooltipTime(bool)))
+    AddToggle(menu, tr("Tooltip with timestamp"), tooltipWithTime, this,
+              SLOT(SlotTooltipTime(bool)))
         ->setObjectName(QLatin1String("TooltipTimeAction"));
     menu->addSeparator();
     if (model && model->UserDataEnabled()) {
@@ -118,7 +118,8 @@ void DecodedTextContent::AppendAnnotationEntries(QMenu* menu, int mask)
     const int comment = DecodedTextLayoutItem::HasComment;
     const int callSign = DecodedTextLayoutItem::HasCallSign;
     const int change = DecodedTextLayoutItem::HasChange;
-    // A selection can be given what it does not have yet; text of the operator's own channel is typed, not changed.
+    // A selection can be given what it does not have yet; text of the operator's own channel is
+    // typed, not changed.
     int offered = mask;
     if (mask & DecodedTextLayoutItem::IsSelection) {
         offered |= editable ? callSign | comment : callSign | comment | change;
@@ -171,8 +172,8 @@ bool DecodedTextContent::event(QEvent* event)
     return true;
 }
 
-/// Menus over the text come by way of the viewport, in its coordinates. What arrives here directly with the mouse was asked for
-/// over a side column.
+/// Menus over the text come by way of the viewport, in its coordinates. What arrives here directly
+/// with the mouse was asked for over a side column.
 bool DecodedTextContent::MenuEvent(QContextMenuEvent* event)
 {
     if (event->reason() != QContextMenuEvent::Mouse) {
@@ -251,7 +252,8 @@ void DecodedTextContent::StartCallSignDrag()
     mimeData->setText(QLatin1String(""));
     QDrag* drag = new QDrag(this);
     drag->setMimeData(mimeData);
-    // As a child it would be destroyed with the text area while its own loop runs. Qt deletes it afterwards.
+    // As a child it would be destroyed with the text area while its own loop runs. Qt deletes it
+    // afterwards.
     drag->setParent(nullptr);
     drag->exec(Qt::MoveAction);
     if (self && dragRange.block) {
@@ -297,25 +299,26 @@ void DecodedTextContent::dropEvent(QDropEvent* event)
     const DecodedTextLayoutItem target = selectionRange;
     FollowText(dragRange, dragAnchor);
     const DecodedTextLayoutItem source = dragRange;
-    const UserData* dragged = source.block
-        ? source.block->FindUserData(UserData::CallSignType, source.start, source.end)
-        : nullptr;
+    const UserData* dragged =
+        source.block ? source.block->FindUserData(UserData::CallSignType, source.start, source.end)
+                     : nullptr;
     const QString text = mask != 0 ? target.block->GetText(target.start, target.end) : QString();
     if (!onWord || !dragged || text.trimmed().isEmpty()) {
         return;
     }
     setTextCursor(word);
-    QScopedPointer<UserData> moved(new UserData(*dragged));
-    moved->start = target.start;
-    moved->end = target.end;
-    moved->text = text;
+    UserData moved(*dragged);
+    moved.start = target.start;
+    moved.end = target.end;
+    moved.text = text;
     // If it can't be taken away from its old place, it must not appear at a second one.
     const bool removable = !source.block->closed;
     StoreUserData(source.block, nullptr, UserData::CallSignType, source.start, source.end);
     if (!self || !removable) {
         return;
     }
-    StoreUserData(target.block, moved.take(), UserData::CallSignType, target.start, target.end);
+    StoreUserData(target.block, new UserData(moved), UserData::CallSignType, target.start,
+                  target.end);
     if (self) {
         dragRange.Clear();
         FinishAnnotation();
@@ -358,8 +361,8 @@ void DecodedTextContent::SlotShowProperties()
     dialog->checkInfoArea->setChecked(model->GetInfoAreaWidth() > 0);
     const bool accepted = dialog->exec() == QDialog::Accepted;
     if (accepted && dialog && model) {
-        const int shownWidth
-            = model->GetInfoAreaWidth() != 0 ? model->GetInfoAreaWidth() : kDefaultInfoAreaWidth;
+        const int shownWidth =
+            model->GetInfoAreaWidth() != 0 ? model->GetInfoAreaWidth() : kDefaultInfoAreaWidth;
         model->SetProperties(dialog->spinMaxChars->value(), dialog->spinQuality->value(),
                              dialog->checkInfoArea->isChecked() ? shownWidth : 0,
                              dialog->GetForegroundColor(), dialog->GetBackgroundColor());

@@ -1,15 +1,14 @@
-// Which block and positions lie under a selection, a click or a line of the text area, and the way back from a range to the
-// document.
+// Which block and positions lie under a selection, a click or a line of the text area, and the way
+// back from a range to the document.
 //
-// A paragraph's layout item is the only source of block positions here. The selection range names a block and positions in it,
-// never document positions, and so outlives a rebuild of the document.
+// A paragraph's layout item is the only source of block positions here. The selection range names a
+// block and positions in it, never document positions, and so outlives a rebuild of the document.
 
 #include "decodedtextcontent.h"
 
 #include <QTextLayout>
 
-namespace
-{
+namespace {
 
 /// The last word of \a document, selected; blanks and empty lines at the end are passed over.
 QTextCursor LastWord(QTextDocument* document)
@@ -39,8 +38,8 @@ DecodedTextLayoutItem DecodedTextContent::RangeAt(int docPos) const
 {
     DecodedTextLayoutItem range;
     const QTextBlock paragraph = document()->findBlock(docPos);
-    const DecodedTextLayoutItem* item
-        = paragraph.isValid() ? DecodedTextLayoutItem::Of(paragraph) : nullptr;
+    const DecodedTextLayoutItem* item =
+        paragraph.isValid() ? DecodedTextLayoutItem::Of(paragraph) : nullptr;
     if (item) {
         range.AssignWithOffset(*item, docPos - paragraph.position());
     }
@@ -53,7 +52,8 @@ DecodedTextLayoutItem DecodedTextContent::RangeAtY(const QPoint& point) const
     const QTextBlock paragraph = cursorForPosition(QPoint(margin, point.y())).block();
     const QTextLayout* layout = paragraph.layout();
     const qreal top = blockBoundingGeometry(paragraph).translated(contentOffset()).top();
-    // The line's own start, not the place under the left margin: there, text from right to left has its line's end.
+    // The line's own start, not the place under the left margin: there, text from right to left has
+    // its line's end.
     int offset = 0;
     for (int i = 0; layout && i < layout->lineCount(); ++i) {
         const QTextLine line = layout->lineAt(i);
@@ -70,8 +70,8 @@ int DecodedTextContent::CheckRange(int from, int to)
     selectionRange.Clear();
     const int count = to - from;
     for (QTextBlock paragraph = document()->findBlock(from);; paragraph = paragraph.next()) {
-        const DecodedTextLayoutItem* item
-            = paragraph.isValid() ? DecodedTextLayoutItem::Of(paragraph) : nullptr;
+        const DecodedTextLayoutItem* item =
+            paragraph.isValid() ? DecodedTextLayoutItem::Of(paragraph) : nullptr;
         if (!item || !item->block || item->block->closed) {
             selectionRange.Clear();
             return 0;
@@ -94,8 +94,8 @@ int DecodedTextContent::CheckRange(int from, int to)
             break;
         }
     }
-    selectionRange.mask
-        = selectionRange.block->GetUserDataMask(selectionRange.start, selectionRange.end);
+    selectionRange.mask =
+        selectionRange.block->GetUserDataMask(selectionRange.start, selectionRange.end);
     if (to > from) {
         selectionRange.mask |= DecodedTextLayoutItem::IsSelection;
     }

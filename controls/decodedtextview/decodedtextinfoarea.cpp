@@ -1,8 +1,10 @@
-// The info area: lists the call signs of each visible line, and lets the operator pick, edit and delete them there.
+// The info area: lists the call signs of each visible line, and lets the operator pick, edit and
+// delete them there.
 //
-// Its own y coordinates are those of the text area's viewport, so that a point here names the line beside it. While it paints,
-// the text area hands it the call signs from top to bottom; those of one line are collected and drawn as one entry.
-// Invariant: nothing is kept of an annotation between two events.
+// Its own y coordinates are those of the text area's viewport, so that a point here names the line
+// beside it. While it paints, the text area hands it the call signs from top to bottom; those of
+// one line are collected and drawn as one entry. Invariant: nothing is kept of an annotation
+// between two events.
 
 #include "decodedtextinfoarea.h"
 
@@ -20,8 +22,7 @@
 
 using SorvinResultDataXml::UserData;
 
-namespace
-{
+namespace {
 
 const int kDefaultWidth = 50; ///< pixels
 const int kEdgeFromRight = 2; ///< pixels between the column's end and the line drawn along it
@@ -35,7 +36,8 @@ QString Separator()
 /// Width as drawn, in pixels.
 int DrawnWidth(const QFontMetrics& metrics, const QString& text)
 {
-    return metrics.boundingRect(QRect(0, 0, 1, 1), kDrawn | Qt::TextIncludeTrailingSpaces, text).width();
+    return metrics.boundingRect(QRect(0, 0, 1, 1), kDrawn | Qt::TextIncludeTrailingSpaces, text)
+        .width();
 }
 
 } // namespace
@@ -95,7 +97,8 @@ void DecodedTextInfoArea::paintEvent(QPaintEvent* event)
     }
 }
 
-void DecodedTextInfoArea::AddEntry(QPainter& painter, UserData* annotation, int top, int paragraphBottom)
+void DecodedTextInfoArea::AddEntry(QPainter& painter, UserData* annotation, int top,
+                                   int paragraphBottom)
 {
     if (top != pendingRect.top()) {
         FlushEntry(painter);
@@ -114,8 +117,8 @@ void DecodedTextInfoArea::AddEntry(QPainter& painter, UserData* annotation, int 
 void DecodedTextInfoArea::FlushEntry(QPainter& painter)
 {
     if (pendingRect.isValid()) {
-        const QString shown
-            = fontMetrics().elidedText(pendingText, Qt::ElideRight, pendingRect.width());
+        const QString shown =
+            fontMetrics().elidedText(pendingText, Qt::ElideRight, pendingRect.width());
         painter.drawText(pendingRect, kDrawn, shown);
         pendingRect = QRect();
     }
@@ -147,8 +150,8 @@ UserData* DecodedTextInfoArea::UserDataAt(const DecodedTextLayoutItem& item, int
     return nullptr;
 }
 
-/// The positions of the visual line at the height of \a point, without those of the wrapped lines below it; none below the
-/// text.
+/// The positions of the visual line at the height of \a point, without those of the wrapped lines
+/// below it; none below the text.
 DecodedTextLayoutItem DecodedTextInfoArea::LineAt(const QPoint& point) const
 {
     QTextCursor end(content->document());

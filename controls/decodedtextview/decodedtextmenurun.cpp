@@ -1,5 +1,5 @@
-// Menus that outlive their widget for as long as they are on the stack. A widget announces its end before it deletes its
-// children, which leaves time to take the menu away from it.
+// Menus that outlive their widget for as long as they are on the stack. A widget announces its end
+// before it deletes its children, which leaves time to take the menu away from it.
 
 #include "decodedtextmenurun.h"
 

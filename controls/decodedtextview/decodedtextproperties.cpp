@@ -1,5 +1,6 @@
 // The properties dialog's fields and choices; the form is in decodedtextproperties.ui.
-// Each colour stands in the lists under its name, which is also what the model keeps, beside a patch that shows it.
+// Each colour stands in the lists under its name, which is also what the model keeps, beside a
+// patch that shows it.
 
 #include "decodedtextproperties.h"
 

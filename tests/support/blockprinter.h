@@ -1,7 +1,6 @@
 // One line for a block, what comparisons in tests show:
 //   [0,6)'alpha ' [6,18)gap'\n\n' [18,22)'beta' {CallSign [0,5)'alpha'} open
-// A block whose invariants are broken prints what is wrong instead. Blocks of a channel are
-// separated by " / ".
+// A block whose invariants are broken prints what is wrong instead.
 #ifndef BLOCKPRINTER_H
 #define BLOCKPRINTER_H
 
@@ -18,8 +17,7 @@ inline QString PrintText(QString text)
 
 inline QString PrintRange(int from, int to)
 {
-    return QLatin1Char('[') + QString::number(from) + QLatin1Char(',') + QString::number(to) +
-           QLatin1Char(')');
+    return QString::fromLatin1("[%1,%2)").arg(from).arg(to);
 }
 
 inline QString Print(const SorvinResultDataXml::UserData& annotation)

@@ -1,5 +1,4 @@
-// Answers the dialogs and menus that open while an action under test runs its own event loops: each one
-// once, when it is on the screen. What opened is kept in order, for the test to compare.
+// Answers the dialogs and menus that open while an action under test runs its own event loops.
 #ifndef DIALOGDRIVER_H
 #define DIALOGDRIVER_H
 
@@ -7,7 +6,6 @@
 
 #include <QApplication>
 #include <QBasicTimer>
-#include <QDialog>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPointer>
@@ -22,8 +20,8 @@ public:
 
     /// \a answer gets each new dialog or menu; what it leaves open is closed after a while.
     explicit DialogDriver(const Answer& toGive)
-        : answer(toGive)
     {
+        answer = toGive;
         timer.start(kIntervalMs, this);
     }
 
@@ -33,14 +31,9 @@ public:
 protected:
     void timerEvent(QTimerEvent* event) override
     {
-        if (event->timerId() != timer.timerId()) {
-            return;
-        }
-        QWidget* top = QApplication::activePopupWidget();
-        if (!top) {
-            top = QApplication::activeModalWidget();
-        }
-        if (!top) {
+        QWidget* const popup = QApplication::activePopupWidget();
+        QWidget* const top = popup ? popup : QApplication::activeModalWidget();
+        if (event->timerId() != timer.timerId() || !top) {
             return;
         }
         if (top == answered) {
@@ -52,12 +45,13 @@ protected:
         }
         answered = top;
         waited = 0;
-        const QMessageBox* box = qobject_cast<QMessageBox*>(top);
-        opened.append(qobject_cast<QMenu*>(top)
-                          ? QString::fromLatin1("menu")
-                          : top->windowTitle() +
-                                (box ? QLatin1String(": ") + box->text() : QString()));
-        // The answer may open another dialog inside this event; a timer does not fire inside its own.
+        QString name = QLatin1String(qobject_cast<QMenu*>(top) ? "menu" : "");
+        if (name.isEmpty()) {
+            const QMessageBox* box = qobject_cast<QMessageBox*>(top);
+            name = top->windowTitle() + (box ? QLatin1String(": ") + box->text() : QString());
+        }
+        opened.append(name);
+        // The answer may open another dialog; a timer does not fire inside its own event.
         timer.start(kIntervalMs, this);
         const Answer given = answer;
         given(top);

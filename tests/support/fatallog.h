@@ -1,6 +1,4 @@
 // Any warning that a test did not announce fails it: Start() in init(), Check() in cleanup().
-// QtTest puts in its own message handler when a program starts; this one goes in front of it for
-// each test function.
 #ifndef FATALLOG_H
 #define FATALLOG_H
 
@@ -21,8 +19,7 @@ public:
     void Check()
     {
         Install(State().previous);
-        const QString all = State().unexpected.join(QLatin1String("\n"));
-        QVERIFY2(all.isEmpty(), qPrintable(all));
+        QCOMPARE(State().unexpected.join(QLatin1String("\n")), QString());
     }
 
 private:
@@ -51,8 +48,7 @@ private:
 #endif
     struct Record
     {
-        QStringList announced;
-        QStringList unexpected;
+        QStringList announced, unexpected;
         Handler previous = nullptr;
     };
     static Record& State()

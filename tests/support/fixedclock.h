@@ -7,10 +7,7 @@
 class FixedClock final : public DecodedTextClock
 {
 public:
-    explicit FixedClock(const QDateTime& at)
-        : time(at)
-    {
-    }
+    explicit FixedClock(const QDateTime& at) { time = at; }
     QDateTime CurrentTime() override { return time; }
 
     QDateTime time;

@@ -1,11 +1,9 @@
-// The host's configuration as a test sees it, in its place for the object's lifetime: stored
-// values, what was read ("key?default") and written ("key=value") in order, and the number of
-// groups that nobody deleted.
+// The host's configuration, in its place for the object's lifetime: stored values, what was read
+// ("key?default") and written ("key=value") in order, and the number of groups nobody deleted.
 #ifndef RECORDINGCONFIG_H
 #define RECORDINGCONFIG_H
 
 #include "orvelappstartup/cfgcenter.h"
-#include "orvelappstartup/icfg.h"
 #include "orvelappstartup/icfggroup.h"
 
 #include <QMap>
@@ -38,11 +36,7 @@ public:
 private:
     struct Group final : public ICfgGroup
     {
-        explicit Group(RecordingConfig* ofConfig)
-            : config(ofConfig)
-        {
-            ++config->openGroups;
-        }
+        explicit Group(RecordingConfig* ofConfig) { ++(config = ofConfig)->openGroups; }
         ~Group() override { --config->openGroups; }
         int ReadInt(const QString& key, int other, int) override
         {

@@ -1,6 +1,5 @@
 // Keeps all signals that an object's class declares in one ordered list, as texts such as
-// "DataChanged(1,true)"; a test may act from inside a signal. Works on the meta-object alone, so
-// that it needs none of its own.
+// "DataChanged(1,true)". Works on the meta-object alone, so that it needs none of its own.
 #ifndef SIGNALRECORDER_H
 #define SIGNALRECORDER_H
 
@@ -13,8 +12,7 @@
 class SignalRecorder : public QObject
 {
 public:
-    /// Records the signals of \a sender's class from here on; not those of its base classes. \a
-    /// sender may go first.
+    /// Records the signals of \a sender's class, not those of its bases. \a sender may go first.
     explicit SignalRecorder(const QObject* sender)
     {
         const QMetaObject* meta = sender->metaObject();
@@ -39,19 +37,17 @@ public:
     {
         id = QObject::qt_metacall(call, id, arguments);
         if (id >= 0 && call == QMetaObject::InvokeMetaMethod && id < methods.size()) {
-            const QString text = Print(methods.at(id), arguments);
-            calls.append(text);
-            if (onSignal) {
-                const std::function<void(const QString&)> action = onSignal;
-                action(text);
+            calls.append(Print(methods.at(id), arguments));
+            const std::function<void(const QString&)> action = onSignal;
+            if (action) {
+                action(QString(calls.last()));
             }
         }
         return -1;
     }
 
     QStringList calls;
-    std::function<void(const QString&)>
-        onSignal; ///< called from inside each signal with its printed form
+    std::function<void(const QString&)> onSignal; ///< called inside each signal, with its text
 
 private:
     static int FirstSlot() { return QObject::staticMetaObject.methodCount(); }
@@ -60,15 +56,10 @@ private:
         QStringList values;
         for (const QByteArray& type : method.parameterTypes()) {
             ++arguments;
-            if (type == "int") {
-                values.append(QString::number(*static_cast<int*>(*arguments)));
-            } else if (type == "bool") {
-                values.append(QLatin1String(*static_cast<bool*>(*arguments) ? "true" : "false"));
-            } else if (type == "QString") {
-                values.append(*static_cast<QString*>(*arguments));
-            } else {
-                values.append(QString::fromLatin1(type.constData()));
-            }
+            values.append(type == "int"       ? QString::number(*static_cast<int*>(*arguments))
+                          : type == "bool"    ? QVariant(*static_cast<bool*>(*arguments)).toString()
+                          : type == "QString" ? *static_cast<QString*>(*arguments)
+                                              : QString::fromLatin1(type.constData()));
         }
         const QByteArray signature = MethodSignature(method, 0);
         return QString::fromLatin1(signature.left(signature.indexOf('(') + 1).constData()) +

@@ -1,5 +1,4 @@
-// What the tests use of QtTest beyond the oldest Qt they build with, each filled in where it is
-// missing.
+// What the tests use of QtTest beyond the oldest Qt, filled in where it is missing.
 #ifndef TESTCOMPAT_H
 #define TESTCOMPAT_H
 
@@ -17,14 +16,6 @@
     }
 #endif
 
-#ifndef QTRY_VERIFY
-#define QTRY_VERIFY(condition)                                                                     \
-    do {                                                                                           \
-        for (int waited = 0; waited < 5000 && !(condition); waited += 20)                          \
-            QTest::qWait(20);                                                                      \
-        QVERIFY(condition);                                                                        \
-    } while (0)
-#endif
 #ifndef QTRY_COMPARE
 #define QTRY_COMPARE(actual, expected)                                                             \
     do {                                                                                           \
@@ -32,10 +23,10 @@
             QTest::qWait(20);                                                                      \
         QCOMPARE(actual, expected);                                                                \
     } while (0)
+#define QTRY_VERIFY(condition) QTRY_COMPARE(bool(condition), true)
 #endif
 
-/// "name(types)" of a signal or slot; the older spelling is taken where the newer one does not
-/// exist.
+/// "name(types)" of a signal or slot, by the older spelling where the newer one does not exist.
 template <typename Method>
 auto MethodSignature(const Method& method, int) -> decltype(method.methodSignature())
 {
@@ -50,10 +41,7 @@ template <typename Method> QByteArray MethodSignature(const Method& method, long
 class Random
 {
 public:
-    explicit Random(quint32 seed)
-        : state(seed * 2654435761u + 1u)
-    {
-    }
+    explicit Random(quint32 seed) { state = seed * 2654435761u + 1u; }
     /// A number in [0, below).
     int operator()(qint64 below)
     {

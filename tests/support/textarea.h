@@ -20,7 +20,8 @@ public:
         content.resize(400, 200);
         modelSignals.onSignal = [this](const QString& call) { Answer(call); };
     }
-    /// Feeds one data block: "id position:text,position:text", "~" for a line feed; "end" ends the transmission.
+    /// Feeds one data block: "id position:text,position:text", "~" for a line feed; "end" ends the
+    /// transmission.
     void Feed(const QString& data)
     {
         const int blank = static_cast<int>(data.indexOf(QLatin1Char(' ')));
@@ -39,17 +40,13 @@ public:
     /// \a count numbered lines in one data block, each of \a length characters and its line feed.
     void FeedLines(int count, int length = 20, int id = 1)
     {
-        QString text;
-        for (int i = 0; i < count; ++i) {
-            text += QString::number(fedLines++).rightJustified(length, QLatin1Char('.'))
-                + QLatin1Char('\n');
-        }
         const int at = Newest() && Newest()->id == id ? Newest()->nextPosition : 0;
         TransmissionBuilder builder;
         builder.Block(channel, id);
         for (int i = 0; i < count; ++i) {
-            const int line = i * (length + 1);
-            builder.Text(at + line, text.mid(line, length + 1));
+            const QString number = QString::number(fedLines++);
+            builder.Text(at + i * (length + 1),
+                         number.rightJustified(length, QLatin1Char('.')) + QLatin1Char('\n'));
         }
         model.AddTransmission(builder.Xml());
     }
@@ -68,12 +65,11 @@ public:
 private:
     void Answer(const QString& call)
     {
-        const QString number = QString::number(channel);
-        if (call == QLatin1String("DataChanged(") + number + QLatin1String(",false)")) {
+        if (call == QString::fromLatin1("DataChanged(%1,false)").arg(channel)) {
             content.UpdateContent();
-        } else if (call == QLatin1String("DataChanged(") + number + QLatin1String(",true)")) {
+        } else if (call == QString::fromLatin1("DataChanged(%1,true)").arg(channel)) {
             content.RefreshContent();
-        } else if (call == QLatin1String("TransmissionChanged(") + number + QLatin1Char(')')) {
+        } else if (call == QString::fromLatin1("TransmissionChanged(%1)").arg(channel)) {
             content.UpdateView();
         }
     }

@@ -1,6 +1,4 @@
-// Builds a transmission piece by piece:
-//   TransmissionBuilder(start).Block(3, 7).Text(0, "alpha ", Quality(70)).Block(3, 7).Text(18,
-//   "beta").Xml()
+// Builds a transmission: TransmissionBuilder(start).Block(3, 7).Text(0, "alpha", Quality(70)).Xml()
 // A text's time stamp lies as many seconds behind the start as its stream position says, so that
 // equal streams have equal times however they are cut.
 #ifndef TRANSMISSIONBUILDER_H
@@ -15,10 +13,7 @@
 
 struct Quality
 {
-    explicit Quality(int v)
-        : value(v)
-    {
-    }
+    explicit Quality(int v) { value = v; }
     int value;
 };
 
@@ -55,8 +50,7 @@ public:
     /// A time stamp at \a streamPos with the text behind it, which may be empty.
     TransmissionBuilder& Text(int streamPos, const QString& text, Quality quality = Quality(100))
     {
-        return Text(streamPos, text, quality,
-                    transmission->GetStartTime().addSecs(static_cast<qint64>(streamPos)));
+        return Text(streamPos, text, quality, transmission->GetStartTime().addSecs(streamPos));
     }
     TransmissionBuilder& Text(int streamPos, const QString& text, Quality quality,
                               const QDateTime& time)
@@ -69,22 +63,18 @@ public:
         Last()->AppendData(text);
         return *this;
     }
-    /// An annotation at stream positions [from, to); \a text is its call sign, comment or new text.
+    /// An annotation at stream positions [from, to); \a text is its comment or new text.
     TransmissionBuilder& Annotation(const QString& type, int from, int to, const QString& text)
     {
         UserData* annotation = new UserData;
         annotation->type = type;
         annotation->start = from;
         annotation->end = to;
-        QString& place = type == UserData::CallSignType  ? annotation->callSign
-                         : type == UserData::CommentType ? annotation->comment
-                                                         : annotation->text;
-        place = text;
+        (type == UserData::CommentType ? annotation->comment : annotation->text) = text;
         Last()->AddUserData(annotation);
         return *this;
     }
-    /// A data block from its short form: pieces "position:text" separated by commas, "~" for a line
-    /// feed.
+    /// A data block from its short form "position:text,position:text", "~" for a line feed.
     TransmissionBuilder& Pieces(int channel, const QString& pieces, int id = 1)
     {
         Block(channel, id);
@@ -95,7 +85,7 @@ public:
         }
         return *this;
     }
-    /// The data block begun last, for what has no operation here. Owned by the builder.
+    /// The data block begun last, owned by the builder.
     SorvinResultDataXml::DataBlock* Last() { return transmission->GetDataBlock().last(); }
     QString Xml() const { return transmission->GetXmlString(); }
 

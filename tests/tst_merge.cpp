@@ -1,0 +1,522 @@
+// The merged channel. Rows are short scripts with the printed block they lead to; random sequences
+// run against a model that keeps a sorted list and makes text, separators and labels anew after
+// every act.
+
+#include "blockprinter.h"
+#include "decodedtextpositionmap.h"
+#include "fatallog.h"
+#include "rowtable.h"
+#include "signalrecorder.h"
+#include "transmissionbuilder.h"
+
+using SorvinResultDataXml::UserData;
+
+namespace {
+
+// clang-format off
+// Name; acts; the merged channel; the last signal.
+const char* const kActs[] = {
+    "worked-sequence ;; sep ~;name 1 A;name 2 B;1 0:ab@1;2 0:cd@2;1 2:ef@3 ;; [0,2)'ab' [2,5)'\\ncd' [5,8)'\\nef' {CallSign [0,1)'A'} {CallSign [3,4)'B'} {CallSign [6,7)'A'} open ;; DataChanged(0,false)",
+    "equal-times ;; 1 0:ab@1;2 0:cd@1;1 2:ef@1;2 2:gh@1 ;; [0,2)'ab' [2,4)'cd' [4,6)'ef' [6,8)'gh' {CallSign [0,1)''} {CallSign [2,3)''} {CallSign [4,5)''} {CallSign [6,7)''} open ;; DataChanged(0,false)",
+    "late-text ;; 1 0:ab@3;2 0:cd@1 ;; [0,2)'cd' [2,4)'ab' {CallSign [0,1)''} {CallSign [2,3)''} open ;; DataChanged(0,true)",
+    "runs-of-one-character ;; name 1 A;name 2 B;1 0:a@1;2 0:b@2;1 1:c@3 ;; [0,1)'a' [1,2)'b' [2,3)'c' {CallSign [0,1)'A'} {CallSign [1,2)'B'} {CallSign [2,3)'A'} open ;; DataChanged(0,false)",
+    "line-feeds-first ;; sep -;1 0:ab@1;2 0:~~cd@2;1 2:~@3;2 4:ef@4 ;; [0,2)'ab' [2,6)'\\n\\ncd' [6,7)'\\n' [7,9)'ef' {CallSign [0,1)''} {CallSign [4,5)''} open ;; DataChanged(0,false)",
+    "correction-of-same-time ;; 1 0:ab@1,2:cd@3;2 0:xy@2;1 2:EFG@3 ;; [0,2)'ab' [2,4)'xy' [4,7)'EFG' {CallSign [0,1)''} {CallSign [2,3)''} {CallSign [4,5)''} open ;; DataChanged(0,true)",
+    "correction-of-other-time ;; 1 0:ab@1,2:cd@3;2 0:xy@2;1 2:e@4 ;; [0,2)'ab' [2,4)'xy' [4,6)'cd' [6,7)'e' {CallSign [0,1)''} {CallSign [2,3)''} {CallSign [4,5)''} open ;; DataChanged(0,false)",
+    "correction-of-everything ;; name 1 A;1 0:ab@1,2:cd@3;2 0:xy@2;1 0:z@3 ;; [0,2)'ab' [2,4)'xy' [4,5)'z' {CallSign [0,1)'A'} {CallSign [2,3)''} {CallSign [4,5)'A'} open ;; DataChanged(0,true)",
+    "correction-with-separator ;; sep -;1 0:ab@1;2 0:xy@2;1 2:cd@3;1 2:e@3 ;; [0,2)'ab' [2,5)'-xy' [5,7)'-e' {CallSign [0,1)''} {CallSign [3,4)''} {CallSign [6,7)''} open ;; DataChanged(0,true)",
+    "correction-removes-the-first-run ;; sep -;1 0:ab@1,2:cd@3;2 0:xy@2;1 0:e@0 ;; [0,1)'e' [1,4)'-xy' {CallSign [0,1)''} {CallSign [2,3)''} open ;; DataChanged(0,true)",
+    "late-text-takes-the-label ;; sep -;name 1 A;1 0:ab@5;2 0:xy@6;1 2:cd@4 ;; [0,2)'cd' [2,4)'ab' [4,7)'-xy' {CallSign [0,1)'A'} {CallSign [5,6)''} open ;; DataChanged(0,true)",
+    "separator-changed ;; sep -;1 0:ab@1;2 0:xy@2;sep ==;1 2:cd@3 ;; [0,2)'ab' [2,6)'==xy' [6,10)'==cd' {CallSign [0,1)''} {CallSign [4,5)''} {CallSign [8,9)''} open ;; DataChanged(0,false)",
+    "separator-like-the-data ;; sep ab;1 0:abc@1;2 0:abd@2;sep a ;; [0,3)'abc' [3,7)'aabd' {CallSign [0,1)''} {CallSign [4,5)''} open ;; DataChanged(0,true)",
+    "separator-like-the-data-off ;; sep ab;1 0:abc@1;2 0:abd@2;sep  ;; [0,3)'abc' [3,6)'abd' {CallSign [0,1)''} {CallSign [3,4)''} open ;; DataChanged(0,true)",
+    "renamed-while-labelled ;; name 1 A;1 0:ab@1;2 0:cd@2;name 1 ZZ ;; [0,2)'ab' [2,4)'cd' {CallSign [0,1)'ZZ'} {CallSign [2,3)''} open ;; DataChanged(0,false)",
+    "transmission-ended ;; 1 0:ab@1;end;2 0:cd@2 ;; [0,2)'ab' {CallSign [0,1)''} closed / [0,2)'cd' {CallSign [0,1)''} open ;; DataChanged(0,false)",
+    "next-block-of-a-channel ;; 1 0:ab@1;1#2 0:cd@2;2 0:x@3;1#2 2:ef@4 ;; [0,2)'ab' [2,4)'cd' [4,5)'x' [5,7)'ef' {CallSign [0,1)''} {CallSign [4,5)''} {CallSign [5,6)''} open ;; DataChanged(0,false)",
+    "next-block-corrected ;; 1 0:ab@1;1#2 0:cd@2;1#2 0:ef@2 ;; [0,2)'ab' [2,4)'ef' {CallSign [0,1)''} open ;; DataChanged(0,true)",
+    "correction-removes-what-is-left ;; 1 0:ab@1,2:cd@3,4:ef@5;2 0:xy@4;1 2:g@3 ;; [0,2)'ab' [2,3)'g' [3,5)'xy' {CallSign [0,1)''} {CallSign [3,4)''} open ;; DataChanged(0,true)",
+    "comment-across-removed-text ;; 1 0:ab@1,2:cd@2,4:ef@3;2 0:xy@4;c 1 7;1 2:g@2 ;; [0,2)'ab' [2,3)'g' [3,5)'xy' {CallSign [0,1)''} {Comment [1,4)'C'} {CallSign [3,4)''} open ;; DataChanged(0,true)",
+    "gap-slot-takes-text ;; 1 0:ab@1;2 0:x@3;1 5:ef@2;1 2:gh@1 ;; [0,2)'ab' [2,4)'gh' [4,5)'x' {CallSign [0,1)''} {CallSign [4,5)''} open ;; DataChanged(0,true)",
+    "gap ;; sep -;1 0:ab@1;2 0:x@2;1 5:cd@3;2 1:y@4 ;; [0,2)'ab' [2,5)gap'\\n\\n' [5,6)'x' [6,9)'-cd' [9,11)'-y' {CallSign [0,1)''} {CallSign [5,6)''} {CallSign [7,8)''} {CallSign [10,11)''} open ;; DataChanged(0,false)",
+    "gap-is-late ;; 1 0:ab@1;2 0:x@9;1 5:cd@3 ;; [0,2)'ab' [2,5)gap'\\n\\n' [5,7)'cd' [7,8)'x' {CallSign [0,1)''} {CallSign [7,8)''} open ;; DataChanged(0,true)",
+    "call-sign-serves-as-label ;; 1 0:ab@1;s 0 2;2 0:cd@2;1 2:ef@3 ;; [0,2)'ab' [2,4)'cd' [4,6)'ef' {CallSign [0,2)'S'} {CallSign [2,3)''} {CallSign [4,5)''} open ;; DataChanged(0,false)",
+    "call-sign-across-runs ;; 1 0:ab@1;2 0:cd@2;s 1 4;1 2:ef@3 ;; [0,2)'ab' [2,4)'cd' [4,6)'ef' {CallSign [1,4)'S'} {CallSign [4,5)''} open ;; DataChanged(0,false)",
+    "call-sign-on-removed-text ;; 1 0:ab@1;2 0:cd@2,2:ef@3;s 5 6;1 2:xy@4;2 0:g@2 ;; [0,2)'ab' [2,3)'g' [3,5)'xy' {CallSign [0,1)''} {CallSign [2,3)''} {CallSign [3,4)''} open ;; DataChanged(0,true)",
+    "comment-at-the-place-of-insertion ;; 2 0:cd@2;c 0 1;1 0:ab@1 ;; [0,2)'ab' [2,4)'cd' {CallSign [0,1)''} {CallSign [2,3)''} {Comment [2,3)'C'} open ;; DataChanged(0,true)",
+    "comment-around-the-insertion ;; 2 0:ab@1,2:cd@3;c 1 3;1 0:x@2 ;; [0,2)'ab' [2,3)'x' [3,5)'cd' {CallSign [0,1)''} {Comment [1,4)'C'} {CallSign [2,3)''} {CallSign [3,4)''} open ;; DataChanged(0,true)",
+    "comment-across-a-separator ;; 1 0:ab@1;2 0:cd@2;c 1 3;sep -- ;; [0,2)'ab' [2,6)'--cd' {CallSign [0,1)''} {Comment [1,5)'C'} {CallSign [4,5)''} open ;; DataChanged(0,true)",
+    "comment-at-a-separator ;; 1 0:ab@1;2 0:cd@2;c 2 4;sep -- ;; [0,2)'ab' [2,6)'--cd' {CallSign [0,1)''} {CallSign [4,5)''} {Comment [4,6)'C'} open ;; DataChanged(0,true)",
+    "comment-on-replaced-text ;; 1 0:ab@1,2:cdef@2;c 4 6;1 2:g@2 ;; [0,2)'ab' [2,3)'g' {CallSign [0,1)''} {Comment [2,3)'C'} open ;; DataChanged(0,true)",
+    "comment-into-replaced-text ;; 1 0:ab@1,2:cd@2;c 1 3;1 2:efg@2 ;; [0,2)'ab' [2,5)'efg' {CallSign [0,1)''} {Comment [1,4)'C'} open ;; DataChanged(0,true)",
+    "comment-on-removed-text ;; 1 0:ab@1,2:cd@2,4:ef@3;2 0:xy@4;c 4 6;1 2:g@2 ;; [0,2)'ab' [2,3)'g' [3,5)'xy' {CallSign [0,1)''} {CallSign [3,4)''} open ;; DataChanged(0,true)",
+    "comment-reaches-behind-removed-text ;; 1 0:ab@1,2:cd@2,4:ef@3;2 0:xy@4;c 4 8;1 2:g@2 ;; [0,2)'ab' [2,3)'g' [3,5)'xy' {CallSign [0,1)''} {Comment [3,5)'C'} {CallSign [3,4)''} open ;; DataChanged(0,true)",
+    "comment-behind-removed-text ;; 1 0:ab@1,2:cd@2,4:ef@3;2 0:xy@4;c 6 8;1 2:g@2 ;; [0,2)'ab' [2,3)'g' [3,5)'xy' {CallSign [0,1)''} {CallSign [3,4)''} {Comment [3,5)'C'} open ;; DataChanged(0,true)",
+    "change-moves-with-its-text ;; 2 0:ab@2;x 0 1 XYZ;1 0:cd@1;r 2 5 ;; [0,2)'cd' [2,4)'ab' {CallSign [0,1)''} {CallSign [2,3)''} open ;; SaveUserData(0,",
+    "change-on-a-separator ;; sep --;1 0:ab@1;2 0:cd@2;x 3 4 +;sep  ;; [0,2)'ab' [2,6)'-+cd' {CallSign [0,1)''} {Change [3,4)'+'} {CallSign [4,5)''} open ;; DataChanged(0,true)",
+    "deletion-in-replaced-text ;; 1 0:ab@1,2:cd@2;x 3 4 ;1 2:ef@2 ;; [0,2)'ab' [2,4)'ef' {CallSign [0,1)''} {Change [4,4)''} open ;; DataChanged(0,true)",
+    "change-in-replaced-text-stays-inside ;; 1 0:ab@1,2:cdef@2;x 3 5 XX;1 2:g@2;r 2 9 ;; [0,2)'ab' [2,3)'g' {CallSign [0,1)''} open ;; SaveUserData(0,",
+};
+// Position; where a range's start and end go when two characters are inserted at 5, [10, 15) is replaced by three, [20, 23)
+// removed, and a separator [30, 32) taken away.
+const char* const kMapped[] = {
+    "in-front ;; 4 ;; 4 ;; 4", "insertion ;; 5 ;; 7 ;; 5", "behind-insertion ;; 6 ;; 8 ;; 8", "replaced ;; 10 ;; 12 ;; 12",
+    "in-replaced ;; 11 ;; 13 ;; 12", "late-in-replaced ;; 14 ;; 14 ;; 14", "behind-replaced ;; 15 ;; 15 ;; 15",
+    "removed ;; 20 ;; 20 ;; 20", "in-removed ;; 21 ;; 20 ;; 20", "behind-removed ;; 23 ;; 20 ;; 20", "later ;; 24 ;; 21 ;; 21",
+    "in-separator ;; 31 ;; 27 ;; 27", "behind-separator ;; 32 ;; 27 ;; 27", "last ;; 33 ;; 28 ;; 28",
+};
+// clang-format on
+
+QDateTime At(int second)
+{
+    return TestStart().addSecs(second);
+}
+
+QString AddMerged(DecodedTextData& model, const QString& xml)
+{
+    QMap<int, int> channelMap;
+    for (int channel = 1; channel <= 9; ++channel) {
+        channelMap.insert(channel, channel);
+    }
+    SignalRecorder recorder(&model);
+    QVector<int> channels;
+    model.AddTransmission(channelMap, channels, xml);
+    return recorder.calls.isEmpty() ? QString() : recorder.calls.last();
+}
+
+/// Stores an annotation in the newest merged block; \a text is a change's new text.
+void Store(DecodedTextData& model, const QString& type, int from, int to, const QString& text)
+{
+    const DecodedTextBlockPtr merged = model.GetChannelData(0)->GetLastBlock();
+    UserData* annotation = new UserData;
+    annotation->type = type;
+    annotation->start = from;
+    annotation->end = to;
+    annotation->callSign = type == UserData::CallSignType ? text : QString();
+    annotation->comment = type == UserData::CommentType ? text : QString();
+    if (type == UserData::ChangeType) {
+        annotation->text = text;
+        annotation->oldText = merged->GetText(from, to);
+        annotation->end = from + static_cast<int>(text.size());
+    }
+    if (!model.SetUserData(merged, annotation, type, from, to)) {
+        delete annotation;
+    }
+}
+
+/// Acts separated by semicolons: "2 0:AB@1,5:~@3" channel 2 sends "AB" at stream position 0 and
+/// second 1, then a line feed; "2#7 ..." in a data block with ID 7; "sep X" separator, "name 2 X",
+/// "end", "c from to" comment, "s from to" call sign, "x from to text" change, "r from to" take it
+/// back. Gives back the last signal.
+QString RunScript(DecodedTextData& model, const QString& acts)
+{
+    SignalRecorder recorder(&model);
+    for (const QString& part : acts.split(QLatin1Char(';'))) {
+        const QString act = QString(part).replace(QLatin1Char('~'), QLatin1Char('\n'));
+        const QString verb = act.section(QLatin1Char(' '), 0, 0);
+        const QString rest = act.section(QLatin1Char(' '), 1);
+        const int from = rest.section(QLatin1Char(' '), 0, 0).toInt();
+        const int to = rest.section(QLatin1Char(' '), 1, 1).toInt();
+        if (verb == QLatin1String("sep")) {
+            model.SetChannelSeparator(rest);
+        } else if (verb == QLatin1String("name")) {
+            model.DefineChannelName(from, rest.section(QLatin1Char(' '), 1));
+        } else if (verb == QLatin1String("end")) {
+            model.EndTransmission();
+        } else if (verb == QLatin1String("c")) {
+            Store(model, UserData::CommentType, from, to, QLatin1String("C"));
+        } else if (verb == QLatin1String("s")) {
+            Store(model, UserData::CallSignType, from, to, QLatin1String("S"));
+        } else if (verb == QLatin1String("x")) {
+            Store(model, UserData::ChangeType, from, to, rest.section(QLatin1Char(' '), 2));
+        } else if (verb == QLatin1String("r")) {
+            const DecodedTextBlockPtr merged = model.GetChannelData(0)->GetLastBlock();
+            model.SetUserData(merged, nullptr, UserData::ChangeType, from, to);
+        } else {
+            TransmissionBuilder builder;
+            builder.Block(verb.left(1).toInt(), qMax(1, verb.mid(2).toInt()));
+            for (const QString& piece : rest.split(QLatin1Char(','))) {
+                const QString content = piece.section(QLatin1Char(':'), 1);
+                builder.Text(piece.section(QLatin1Char(':'), 0, 0).toInt(),
+                             content.section(QLatin1Char('@'), 0, 0), Quality(50),
+                             At(content.section(QLatin1Char('@'), 1).toInt()));
+            }
+            AddMerged(model, builder.Xml());
+        }
+    }
+    return recorder.calls.isEmpty() ? QString()
+                                    : recorder.calls.last().section(QLatin1Char('<'), 0, 0);
+}
+
+/// Random acts on the model and on a sorted list of pieces, from which all else is worked out.
+class Contest
+{
+public:
+    explicit Contest(quint32 seed)
+        : random(seed)
+    {
+    }
+    /// What is wrong after one act; empty when all is well. \a wild acts change the merged text
+    /// too, which the list can't follow: only what must hold always is looked at then.
+    QString Act(bool wild)
+    {
+        static const char* const separators[] = {"", "\n", "-=-", "a", "ab", "\n\n"};
+        const int act = random(100);
+        QString wrong;
+        if (act < 70) {
+            wrong = Send();
+        } else if (act < 76) {
+            separator = QString::fromLatin1(separators[random(6)]);
+            model.SetChannelSeparator(separator);
+        } else if (act < 80) {
+            const int channel = 1 + random(4);
+            names[channel] = QString::fromLatin1("N%1").arg(random(99));
+            model.DefineChannelName(channel, names.value(channel));
+        } else if (act < 82) {
+            // The next transmission of every channel, in the same merged block or in a new one.
+            if (random(2)) {
+                model.EndTransmission();
+                pieces.clear();
+                comments.clear();
+            }
+            ++transmission;
+            next.clear();
+        } else if (wild && !pieces.isEmpty()) {
+            const DecodedTextBlockPtr merged = model.GetChannelData(0)->GetLastBlock();
+            const int from = random(merged->GetLastPosition());
+            const int to = qMin(merged->GetLastPosition(), from + random(5));
+            Store(model, random(3) ? UserData::ChangeType : UserData::CallSignType, from, to,
+                  QString(random(4), QLatin1Char('X')));
+            if (random(3) == 0) {
+                model.SetUserData(merged, nullptr, UserData::ChangeType, from, from + random(30));
+            }
+        } else if (!pieces.isEmpty()) {
+            Comment();
+        }
+        return wild || pieces.isEmpty() ? CheckAlways() : wrong + Compare();
+    }
+
+private:
+    struct Piece
+    {
+        int channel;
+        int sourcePos;
+        int span;
+        bool gap;
+        bool waiting;
+        QDateTime time;
+        QString text;
+        int firstId; ///< each character has a number
+    };
+
+    QString Send()
+    {
+        const int channel = 1 + random(4);
+        const int kind = random(8);
+        int pos = next[channel];
+        const int jump = kind == 0 ? 1 + random(4) : (kind < 3 ? -qMin(pos, random(12)) : 0);
+        const QDateTime start = At(1000 * transmission);
+        const DecodedTextBufferPtr buffer = model.GetChannelData(channel);
+        const DecodedTextBlockPtr before = buffer->blocks.Find(start, 1 + transmission);
+        const int oldCount = before ? before->snippets.size() : 0;
+        pos += jump;
+        const bool gap = jump > 0 && pos != (before ? before->GetLastPosition() : 0);
+        TransmissionBuilder builder(start);
+        builder.Block(channel, 1 + transmission);
+        const int stamps = random(40) == 0 ? 20 : 1 + random(4);
+        for (int i = 0; i < stamps; ++i) {
+            QString text;
+            for (int length = 1 + random(4); length > 0; --length) {
+                text += QLatin1Char("abc\n"[random(4)]);
+            }
+            second += random(2);
+            const QDateTime time = At(second - (random(4) ? 0 : random(6)));
+            builder.Text(pos, text, Quality(50), random(60) ? time : QDateTime());
+            pos += static_cast<int>(text.size());
+        }
+        const QString signal = AddMerged(model, builder.Xml());
+        const DecodedTextBlockPtr block = buffer->blocks.Find(start, 1 + transmission);
+        next[channel] = block->nextPosition;
+        const int firstNew = block->snippets.size() - stamps - (gap ? 1 : 0);
+        const bool refresh = Merge(*block, firstNew, firstNew < oldCount);
+        return signal == QLatin1String(refresh ? "DataChanged(0,true)" : "DataChanged(0,false)")
+                   ? QString()
+                   : signal;
+    }
+    /// Takes over the snippets of \a source from \a firstNew on; whether earlier text changed.
+    bool Merge(const DecodedTextBlock& source, int firstNew, bool cut)
+    {
+        bool refresh = false;
+        const DecodedTextSnippet& first = source.snippets.at(firstNew);
+        for (int i = static_cast<int>(pieces.size()) - 1; cut && i >= 0; --i) {
+            if (pieces.at(i).channel != source.channel) {
+                continue;
+            }
+            if (pieces.at(i).sourcePos < first.start || pieces.at(i).time < first.time) {
+                break;
+            }
+            pieces[i].waiting = true;
+        }
+        for (int k = firstNew; k < source.snippets.size(); ++k) {
+            const DecodedTextSnippet& s = source.snippets.at(k);
+            const Piece piece = {source.channel, s.start, s.end - s.start,          s.IsGap(),
+                                 false,          s.time,  source.GetSnippetText(k), nextId};
+            nextId += s.length;
+            int place = 0;
+            int slot = -1;
+            for (int i = 0; i < pieces.size(); ++i) {
+                const Piece& other = pieces.at(i);
+                place = other.time <= s.time ? i + 1 : place;
+                if (slot < 0 && other.waiting && other.time == s.time) {
+                    slot = i;
+                }
+            }
+            refresh = refresh || slot >= 0 || place < pieces.size();
+            if (slot >= 0) {
+                pieces[slot] = piece;
+            } else {
+                pieces.insert(place, piece);
+            }
+        }
+        for (int i = static_cast<int>(pieces.size()) - 1; i >= 0; --i) {
+            if (pieces.at(i).waiting) {
+                pieces.remove(i);
+                refresh = true;
+            }
+        }
+        return refresh;
+    }
+    /// Text, snippets and labels as they must be; notes where each character stands.
+    QString Expected()
+    {
+        QString text;
+        QString snippets;
+        QString labels;
+        int pos = 0;
+        int previous = -1;
+        positions.clear();
+        for (int i = 0; i < pieces.size(); ++i) {
+            const Piece& piece = pieces.at(i);
+            int own = 0;
+            while (own < piece.text.size() && piece.text.at(own) == QLatin1Char('\n')) {
+                ++own;
+            }
+            const bool begins = piece.channel != previous && own < piece.text.size();
+            const bool due = begins && i > 0 && own == 0 && !pieces.at(i - 1).gap;
+            const QString front = due ? separator : QString();
+            const int start = pos;
+            pos += static_cast<int>(front.size());
+            if (begins) {
+                previous = piece.channel;
+                labels += QString::fromLatin1(" %1@%2").arg(names.value(previous)).arg(pos + own);
+            }
+            for (int c = 0; c < piece.text.size() && !piece.gap; ++c) {
+                positions.insert(piece.firstId + c, pos + c);
+            }
+            pos += piece.span;
+            text += front + piece.text;
+            snippets += PrintRange(start, pos) + QString::number(piece.channel);
+        }
+        return PrintText(text) + snippets + labels;
+    }
+    void Comment()
+    {
+        Expected();
+        if (positions.isEmpty()) {
+            return;
+        }
+        const int one = positions.values().at(random(positions.size()));
+        const int other = random(2) ? one : positions.values().at(random(positions.size()));
+        const int from = qMin(one, other);
+        const int to = qMax(one, other) + 1;
+        QVector<int> ids;
+        for (const int id : positions.keys()) {
+            if (from <= positions.value(id) && positions.value(id) < to) {
+                ids.append(id);
+            }
+        }
+        Store(model, UserData::CommentType, from, to, QString::number(nextComment));
+        comments.insert(nextComment++, ids);
+        for (const int key : comments.keys()) {
+            if (!Find(key)) {
+                comments.remove(key); // it overlapped
+            }
+        }
+    }
+    const UserData* Find(int key)
+    {
+        for (const UserData* annotation : model.GetChannelData(0)->GetLastBlock()->userData) {
+            if (annotation->comment == QString::number(key)) {
+                return annotation;
+            }
+        }
+        return nullptr;
+    }
+    QString CheckAlways()
+    {
+        const DecodedTextBlockPtr block = model.GetChannelData(0)->GetLastBlock();
+        int start = 0;
+        for (int i = 0; block && i < block->userData.size(); ++i) {
+            const UserData& annotation = *block->userData.at(i);
+            if (annotation.start < start || annotation.end < annotation.start ||
+                annotation.end > block->GetLastPosition()) {
+                return Print(annotation) + QLatin1String(" in ") + Print(*block);
+            }
+            start = annotation.start;
+        }
+        return block ? block->CheckConsistency() : QString();
+    }
+    QString Compare()
+    {
+        const DecodedTextBlockPtr block = model.GetChannelData(0)->GetLastBlock();
+        const QString expected = Expected();
+        QString actual = PrintText(block->text);
+        for (const DecodedTextSnippet& snippet : block->snippets) {
+            actual +=
+                PrintRange(snippet.start, snippet.end) + QString::number(snippet.sourceChannel);
+        }
+        for (const UserData* label : block->userData) {
+            if (label->type == UserData::CallSignType) {
+                actual += QString::fromLatin1(" %1@%2").arg(label->callSign).arg(label->start);
+            }
+        }
+        if (actual != expected) {
+            return actual + QLatin1String("\n  expected ") + expected;
+        }
+        for (const int key : comments.keys()) {
+            QVector<int> alive;
+            for (const int id : comments.value(key)) {
+                if (positions.contains(id)) {
+                    alive.append(positions.value(id));
+                }
+            }
+            std::sort(alive.begin(), alive.end());
+            const UserData* comment = Find(key);
+            if (!alive.isEmpty() && !comment) {
+                return QString::fromLatin1("comment %1 is gone").arg(key);
+            }
+            if (alive.size() == comments.value(key).size() &&
+                (comment->start != alive.first() || comment->end != alive.last() + 1)) {
+                return Print(*comment) + QLatin1String(" expected ") +
+                       PrintRange(alive.first(), alive.last() + 1);
+            }
+        }
+        return CheckAlways();
+    }
+
+    Random random;
+    DecodedTextData model;
+    QVector<Piece> pieces;
+    QMap<int, QVector<int>> comments; ///< numbers of the characters under each
+    QMap<int, int> positions;         ///< of the characters by number
+    QMap<int, int> next;              ///< stream position of each channel
+    QMap<int, QString> names;
+    QString separator;
+    int nextId = 0;
+    int nextComment = 0;
+    int second = 5;
+    int transmission = 0;
+};
+
+} // namespace
+
+class TestMerge : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { log.Start(); }
+    void cleanup() { log.Check(); }
+
+    void Acts_data() { AddRows(kActs); }
+    void Acts()
+    {
+        QFETCH(QStringList, row);
+        DecodedTextData model;
+        const QString last = RunScript(model, row.at(0));
+        QCOMPARE(Print(model, 0), row.at(1));
+        QCOMPARE(last, row.at(2));
+        const DecodedTextBlockPtr block = model.GetChannelData(0)->GetLastBlock();
+        block->LabelChannelRuns(0, &model);
+        block->ApplySeparator(0, model.GetChannelSeparator(),
+                              !model.GetChannelSeparator().isEmpty());
+        QCOMPARE(Print(model, 0), row.at(1)); // once more changes nothing
+    }
+
+    void PositionMap_data() { AddRows(kMapped); }
+    void PositionMap()
+    {
+        QFETCH(QStringList, row);
+        DecodedTextPositionMap map;
+        map.Add(DecodedTextChange(DecodedTextChange::Insertion, 5, 5, 2));
+        map.Add(DecodedTextChange(DecodedTextChange::Reuse, 10, 15, 3));
+        map.Add(DecodedTextChange(DecodedTextChange::Removal, 20, 23, 0));
+        map.Add(DecodedTextChange(DecodedTextChange::SeparatorRemoval, 30, 32, 0));
+        QCOMPARE(map.MapStart(row.at(0).toInt()), row.at(1).toInt());
+        QCOMPARE(map.MapEnd(row.at(0).toInt()), row.at(2).toInt());
+    }
+
+    void TextDirectionAndCode()
+    {
+        DecodedTextData model;
+        TransmissionBuilder builder;
+        builder.Block(1).Text(0, QLatin1String("ab")).Last()->SetContentDirectionRTL(true);
+        builder.Last()->SetContentCode(QLatin1String("X1"));
+        AddMerged(model, builder.Xml());
+        const DecodedTextBlockPtr merged = model.GetChannelData(0)->GetLastBlock();
+        QVERIFY(merged->rightToLeft && merged->changed &&
+                model.GetChannelData(1)->GetLastBlock()->closed);
+        QCOMPARE(merged->contentCode, QLatin1String("X1"));
+        RunScript(model, QLatin1String("2 0:cd@2"));
+        QVERIFY(!merged->rightToLeft);
+    }
+
+    /// A held buffer that overflows gets a gap marker in place of the text; further data adds
+    /// nothing to merge.
+    void SuppressedData()
+    {
+        DecodedTextData model;
+        model.SetBufferSize(1000);
+        const QString filling(1600, QLatin1Char('a'));
+        RunScript(model, QString::fromLatin1("1 0:%1@1;2 0:b@2").arg(filling));
+        model.GetChannelData(1)->hold = true;
+        QCOMPARE(RunScript(model, QLatin1String("1 1600:cd@3")),
+                 QLatin1String("DataChanged(0,true)"));
+        QCOMPARE(Print(model, 0).remove(filling),
+                 QString::fromLatin1("[0,1600)'' [1600,1602)gap'\\n\\n' [1602,1603)'b' {CallSign "
+                                     "[0,1)''} {CallSign [1602,1603)''} open"));
+        QCOMPARE(RunScript(model, QLatin1String("1 1602:ef@4")), QString());
+        model.GetChannelData(1)->hold = false;
+        QCOMPARE(RunScript(model, QLatin1String("1 1604:gh@5")),
+                 QLatin1String("DataChanged(0,false)"));
+        QCOMPARE(Print(model, 0).remove(filling),
+                 QString::fromLatin1(
+                     "[0,1600)'' [1600,1602)gap'\\n\\n' [1602,1603)'b' [1603,1605)'gh' {CallSign "
+                     "[0,1)''} {CallSign [1602,1603)''} {CallSign [1603,1604)''} open"));
+    }
+
+    void RandomSequence_data()
+    {
+        QTest::addColumn<bool>("wild");
+        QTest::newRow("followed") << false;
+        QTest::newRow("wild") << true;
+    }
+    void RandomSequence()
+    {
+        QFETCH(bool, wild);
+        for (quint32 seed = 1; seed <= RandomRuns(80); ++seed) {
+            Contest contest(seed);
+            for (int i = 0; i < 80; ++i) {
+                const QString wrong = contest.Act(wild);
+                QVERIFY2(
+                    wrong.isEmpty(),
+                    qPrintable(QString::fromLatin1("seed %1, act %2: ").arg(seed).arg(i) + wrong));
+            }
+        }
+    }
+
+private:
+    FatalLog log;
+};
+
+QTEST_GUILESS_MAIN(TestMerge)
+#include "tst_merge.moc"
