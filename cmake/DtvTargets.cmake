@@ -28,6 +28,6 @@ function(dtv_add_test name)
     target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} ${DTV_QT_TEST} dtv_options)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=Asia/Kolkata;LC_ALL=C.UTF-8;QT_LOGGING_RULES=qt.qpa.*=false"
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=Asia/Kolkata;LC_ALL=C.UTF-8;LANGUAGE=en;QT_LOGGING_RULES=qt.qpa.*=false"
         TIMEOUT 300)
 endfunction()

@@ -425,7 +425,9 @@ private:
         TransmissionBuilder builder;
         builder.Block(block->channel);
         const int kind = random(6);
-        const int pos = next + (kind == 0 ? 1 + random(5) : kind == 1 ? -qMin(next, 1 + random(12)) : 0);
+        const int pos = next + (kind == 0   ? 1 + random(5)
+                                : kind == 1 ? -qMin(next, 1 + random(12))
+                                            : 0);
         const QString text = Words(1, 9);
         if (pos < next && pos != block->GetLastPosition()) {
             CutBack(pos);

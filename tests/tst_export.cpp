@@ -1,5 +1,5 @@
-// What the host gets: the export of a channel, the collected hand-over of the user channel, and the questions whether there is
-// anything to export. What was exported is read back and fed in again.
+// What the host gets: the export of a channel, the collected hand-over of the user channel, and the
+// questions whether there is anything to export. What was exported is read back and fed in again.
 
 #include "blockprinter.h"
 #include "fatallog.h"
@@ -14,8 +14,7 @@ using SorvinResultDataXml::TimeStamp;
 using SorvinResultDataXml::Transmission;
 using SorvinResultDataXml::UserData;
 
-namespace
-{
+namespace {
 
 const int kUser = DecodedTextData::UserChannelID;
 
@@ -23,13 +22,17 @@ QString Show(const DataBlock& block)
 {
     QStringList parts;
     for (const TimeStamp& stamp : block.GetTimeStamp()) {
-        parts.append(QString::number(stamp.position) + QLatin1Char('@') + QString::number(TestStart().secsTo(stamp.time)));
+        parts.append(QString::number(stamp.position) + QLatin1Char('@') +
+                     QString::number(TestStart().secsTo(stamp.time)));
     }
     for (const UserData* annotation : block.GetUserData()) {
         parts.append(Print(*annotation));
     }
-    return QString::fromLatin1("%1/%2 %3 ").arg(block.GetChannel()).arg(block.GetID()).arg(PrintText(block.GetContent()))
-        + parts.join(QLatin1String(" "));
+    return QString::fromLatin1("%1/%2 %3 ")
+               .arg(block.GetChannel())
+               .arg(block.GetID())
+               .arg(PrintText(block.GetContent())) +
+           parts.join(QLatin1String(" "));
 }
 
 /// Transmissions as "start..stop: data blocks", times in seconds.
@@ -41,13 +44,16 @@ QString Show(const SorvinResultData& data)
         for (const DataBlock* block : transmission->GetDataBlock()) {
             blocks.append(Show(*block));
         }
-        parts.append(QString::fromLatin1("%1..%2: ").arg(TestStart().secsTo(transmission->GetStartTime()))
-                         .arg(TestStart().secsTo(transmission->GetStopTime())) + blocks.join(QLatin1String(", ")));
+        parts.append(QString::fromLatin1("%1..%2: ")
+                         .arg(TestStart().secsTo(transmission->GetStartTime()))
+                         .arg(TestStart().secsTo(transmission->GetStopTime())) +
+                     blocks.join(QLatin1String(", ")));
     }
     return parts.join(QLatin1String(" | "));
 }
 
-void Store(DecodedTextData& model, const DecodedTextBlockPtr& block, const QString& type, int from, int to, const QString& text)
+void Store(DecodedTextData& model, const DecodedTextBlockPtr& block, const QString& type, int from,
+           int to, const QString& text)
 {
     UserData* annotation = new UserData;
     annotation->type = type;
@@ -80,19 +86,27 @@ private Q_SLOTS:
         SorvinResultData data;
         model.GetData(3, data, false);
         QVERIFY(data.GetTransmission().isEmpty() && !model.ChannelExists(3) && !model.IsChanged(3));
-        model.AddTransmission(TransmissionBuilder().Pieces(3, QLatin1String("0:ab,2:cd"), 1).Pieces(3, QLatin1String("0:ef"), 2).Xml());
-        model.AddTransmission(TransmissionBuilder(TestStart().addSecs(60)).Pieces(3, QLatin1String("0:gh"), 1).Xml());
+        model.AddTransmission(TransmissionBuilder()
+                                  .Pieces(3, QLatin1String("0:ab,2:cd"), 1)
+                                  .Pieces(3, QLatin1String("0:ef"), 2)
+                                  .Xml());
+        model.AddTransmission(
+            TransmissionBuilder(TestStart().addSecs(60)).Pieces(3, QLatin1String("0:gh"), 1).Xml());
         model.GetChannelData(3)->GetBlock(TestStart().addSecs(90), 1); // without text
         QVERIFY(model.IsChanged(3));
         model.GetData(3, data, true);
         QCOMPARE(Show(data), QString::fromLatin1("90..90: 3/1 '' "));
         QVERIFY(model.IsChanged(3));
         model.GetData(3, data, false);
-        QCOMPARE(Show(data), QString::fromLatin1("90..90: 3/1 '' , 3/1 ''  | 0..2: 3/1 'abcd' 0@0 2@2, 3/2 'ef' 0@0 | 60..60: 3/1 'gh' 0@60"));
+        QCOMPARE(Show(data), QString::fromLatin1("90..90: 3/1 '' , 3/1 ''  | 0..2: 3/1 'abcd' 0@0 "
+                                                 "2@2, 3/2 'ef' 0@0 | 60..60: 3/1 'gh' 0@60"));
         QVERIFY(!model.IsChanged(3));
         model.AddTransmission(TransmissionBuilder().Pieces(4, QLatin1String("9:zz")).Xml());
-        model.GetData(4, data, false); // joins the transmission of its start time, with the gap in front of it
-        QCOMPARE(Show(*data.GetTransmission().at(1)->GetDataBlock().last()), QString::fromLatin1("4/1 '\\nzz' 0@0 1@9"));
+        model.GetData(
+            4, data,
+            false); // joins the transmission of its start time, with the gap in front of it
+        QCOMPARE(Show(*data.GetTransmission().at(1)->GetDataBlock().last()),
+                 QString::fromLatin1("4/1 '\\nzz' 0@0 1@9"));
         model.EndTransmission();
         SorvinResultData none;
         model.GetData(4, none, true);
@@ -105,14 +119,19 @@ private Q_SLOTS:
         DecodedTextData model;
         model.SetClock(&clock);
         SorvinResultData data;
-        model.AddTransmission(TransmissionBuilder().Block(kUser, 5).Text(0, QLatin1String("not used")).Xml());
+        model.AddTransmission(
+            TransmissionBuilder().Block(kUser, 5).Text(0, QLatin1String("not used")).Xml());
         model.GetData(kUser, data, false);
-        QVERIFY(data.GetTransmission().isEmpty()); // an empty block of the user channel is not written
-        model.GetChannelData(kUser)->GetLastBlock()->EditText(0, 0, QLatin1String("typed text"), &model);
-        model.AddTransmission(TransmissionBuilder(TestStart().addSecs(60)).Pieces(3, QLatin1String("0:gh")).Xml());
+        QVERIFY(
+            data.GetTransmission().isEmpty()); // an empty block of the user channel is not written
+        model.GetChannelData(kUser)->GetLastBlock()->EditText(0, 0, QLatin1String("typed text"),
+                                                              &model);
+        model.AddTransmission(
+            TransmissionBuilder(TestStart().addSecs(60)).Pieces(3, QLatin1String("0:gh")).Xml());
         model.GetData(3, data, false);
         model.GetData(kUser, data, false);
-        QCOMPARE(Show(data), QString::fromLatin1("60..500: 3/1 'gh' 0@60, 1000/5 'typed text' 0@500 6@500"));
+        QCOMPARE(Show(data),
+                 QString::fromLatin1("60..500: 3/1 'gh' 0@60, 1000/5 'typed text' 0@500 6@500"));
         QVERIFY(!model.GetChannelData(kUser)->GetLastBlock()->HasEditedData());
     }
 
@@ -121,13 +140,16 @@ private Q_SLOTS:
         QTest::addColumn<int>("from");
         QTest::addColumn<int>("to");
         QTest::addColumn<QString>("exported");
-        const char* const rows[][2] = {
-            {"in-front-of-the-gap", "0 2"}, {"up-to-the-gap", "1 3"}, {"into-the-gap", "1 5"}, {"over-the-gap", "1 13"},
-            {"in-the-gap", "4 9"}, {"from-the-gap", "8 13"}, {"behind-the-gap", "12 14"}, {"behind-the-end", "13 20"}};
-        const char* const expected[] = {"[0,2)", "[1,3)", "[1,3)", "[1,6)", "[5,5)", "[5,6)", "[5,7)", "[6,7)"};
+        const char* const rows[][2] = {{"in-front-of-the-gap", "0 2"}, {"up-to-the-gap", "1 3"},
+                                       {"into-the-gap", "1 5"},        {"over-the-gap", "1 13"},
+                                       {"in-the-gap", "4 9"},          {"from-the-gap", "8 13"},
+                                       {"behind-the-gap", "12 14"},    {"behind-the-end", "13 20"}};
+        const char* const expected[] = {"[0,2)", "[1,3)", "[1,3)", "[1,6)",
+                                        "[5,5)", "[5,6)", "[5,7)", "[6,7)"};
         for (int i = 0; i < 8; ++i) {
             const QStringList bounds = QString::fromLatin1(rows[i][1]).split(QLatin1Char(' '));
-            QTest::newRow(rows[i][0]) << bounds.first().toInt() << bounds.last().toInt() << QString::fromLatin1(expected[i]);
+            QTest::newRow(rows[i][0]) << bounds.first().toInt() << bounds.last().toInt()
+                                      << QString::fromLatin1(expected[i]);
         }
     }
     /// Three characters, nine lost, two more: text indexes of "abc~~de".
@@ -136,11 +158,16 @@ private Q_SLOTS:
         QFETCH(int, from);
         QFETCH(int, to);
         DecodedTextData model;
-        model.AddTransmission(TransmissionBuilder().Pieces(3, QLatin1String("0:abc")).Pieces(3, QLatin1String("12:de")).Xml());
-        Store(model, model.GetChannelData(3)->GetLastBlock(), UserData::CommentType, from, to, QLatin1String("C"));
+        model.AddTransmission(TransmissionBuilder()
+                                  .Pieces(3, QLatin1String("0:abc"))
+                                  .Pieces(3, QLatin1String("12:de"))
+                                  .Xml());
+        Store(model, model.GetChannelData(3)->GetLastBlock(), UserData::CommentType, from, to,
+              QLatin1String("C"));
         SorvinResultData data;
         model.GetData(3, data, false);
-        const UserData* annotation = data.GetTransmission().first()->GetDataBlock().first()->GetUserData().value(0);
+        const UserData* annotation =
+            data.GetTransmission().first()->GetDataBlock().first()->GetUserData().value(0);
         QTEST(annotation ? PrintRange(annotation->start, annotation->end) : QString(), "exported");
         DecodedTextData reader;
         reader.AddTransmission(data.GetTransmission().first()->GetXmlString());
@@ -149,11 +176,14 @@ private Q_SLOTS:
         QCOMPARE(block->GetTimeAt(5, 0), TestStart().addSecs(12));
     }
 
-    /// Text, times and annotations of an export that is read back and fed to another model are the same.
+    /// Text, times and annotations of an export that is read back and fed to another model are the
+    /// same.
     void ReadBack()
     {
         DecodedTextData model;
-        model.AddTransmission(TransmissionBuilder().Pieces(3, QLatin1String("0:HELLO ,6:WORLD ,12:~AGAIN <&>\"'")).Xml());
+        model.AddTransmission(TransmissionBuilder()
+                                  .Pieces(3, QLatin1String("0:HELLO ,6:WORLD ,12:~AGAIN <&>\"'"))
+                                  .Xml());
         const DecodedTextBlockPtr block = model.GetChannelData(3)->GetLastBlock();
         Store(model, block, UserData::CallSignType, 0, 5, QString::fromUtf8("\xc3\x84 <1>"));
         Store(model, block, UserData::ChangeType, 6, 11, QLatin1String("EARTH!"));
@@ -167,11 +197,14 @@ private Q_SLOTS:
         reader.AddTransmission(again.GetTransmission().first()->GetXmlString());
         QCOMPARE(Print(reader, 3), Print(model, 3));
         for (int i = 0; i < block->snippets.size(); ++i) {
-            QCOMPARE(reader.GetChannelData(3)->GetLastBlock()->GetSnippetTime(i), block->GetSnippetTime(i));
+            QCOMPARE(reader.GetChannelData(3)->GetLastBlock()->GetSnippetTime(i),
+                     block->GetSnippetTime(i));
         }
         // What was imported can be taken back as well.
-        QVERIFY(reader.SetUserData(reader.GetChannelData(3)->GetLastBlock(), nullptr, UserData::ChangeType, 6, 12));
-        QCOMPARE(reader.GetChannelData(3)->GetLastBlock()->text, QString::fromLatin1("HELLO WORLD \nAGAIN <&>\"'"));
+        QVERIFY(reader.SetUserData(reader.GetChannelData(3)->GetLastBlock(), nullptr,
+                                   UserData::ChangeType, 6, 12));
+        QCOMPARE(reader.GetChannelData(3)->GetLastBlock()->text,
+                 QString::fromLatin1("HELLO WORLD \nAGAIN <&>\"'"));
     }
 
     void HandOver()
@@ -185,55 +218,71 @@ private Q_SLOTS:
         model.ShowUserChannel();
         model.ShowUserChannel();
         model.ApplyUserChannel();
-        QCOMPARE(recorder.Take(), QString::fromLatin1("ChannelCreated(1000) ShowChannel(1000) ShowChannel(1000)"));
+        QCOMPARE(recorder.Take(),
+                 QString::fromLatin1("ChannelCreated(1000) ShowChannel(1000) ShowChannel(1000)"));
         const DecodedTextBlockPtr block = model.GetChannelData(kUser)->GetBlock(TestStart(), 4);
         block->EditText(0, 0, QLatin1String("one two "), &model);
         clock.time = TestStart().addSecs(600);
         block->EditText(8, 0, QLatin1String("three"), &model);
         model.ApplyUserChannel();
-        QCOMPARE(TakeSent(recorder), QString::fromLatin1("SaveUserData(1000,1000/4 'one two three' 0@500 4@500 8@600"));
+        QCOMPARE(TakeSent(recorder),
+                 QString::fromLatin1("SaveUserData(1000,1000/4 'one two three' 0@500 4@500 8@600"));
         model.ApplyUserChannel();
         QCOMPARE(recorder.Take(), QString());
         Store(model, block, UserData::CommentType, 9, 11, QLatin1String("C")); // waits in the block
         QCOMPARE(recorder.Take(), QString());
         model.ApplyUserChannel();
-        QCOMPARE(TakeSent(recorder), QString::fromLatin1("SaveUserData(1000,1000/4 'three' 8@600 {Comment [9,11)'C'}"));
-        Store(model, block, UserData::CommentType, 5, 6, QLatin1String("D")); // its snippet's time began in front of it
+        QCOMPARE(TakeSent(recorder),
+                 QString::fromLatin1("SaveUserData(1000,1000/4 'three' 8@600 {Comment [9,11)'C'}"));
+        Store(model, block, UserData::CommentType, 5, 6,
+              QLatin1String("D")); // its snippet's time began in front of it
         model.EndTransmission();
-        QCOMPARE(TakeSent(recorder), QString::fromLatin1("SaveUserData(1000,1000/4 'one two three' 0@500 4@500 8@600 {Comment [5,6)'D'} {Comment [9,11)'C'}"));
+        QCOMPARE(TakeSent(recorder),
+                 QString::fromLatin1("SaveUserData(1000,1000/4 'one two three' 0@500 4@500 8@600 "
+                                     "{Comment [5,6)'D'} {Comment [9,11)'C'}"));
         QCOMPARE(recorder.Take(), QString::fromLatin1("DataChanged(1000,true)"));
     }
 
     void StoredAnnotationIsSent()
     {
         DecodedTextData model;
-        model.AddTransmission(TransmissionBuilder().Pieces(3, QLatin1String("0:HELLO ,6:WORLD")).Xml());
+        model.AddTransmission(
+            TransmissionBuilder().Pieces(3, QLatin1String("0:HELLO ,6:WORLD")).Xml());
         const DecodedTextBlockPtr block = model.GetChannelData(3)->GetLastBlock();
         SignalRecorder recorder(&model);
         Store(model, block, UserData::CommentType, 6, 11, QLatin1String("C"));
-        QCOMPARE(TakeSent(recorder), QString::fromLatin1("SaveUserData(3,3/1 '-' 0@0 {Comment [6,11)'C'}"));
+        QCOMPARE(TakeSent(recorder),
+                 QString::fromLatin1("SaveUserData(3,3/1 '-' 0@0 {Comment [6,11)'C'}"));
         model.SetOffline(true);
         Store(model, block, UserData::CallSignType, 7, 8, QLatin1String("S"));
         QCOMPARE(recorder.Take(), QString());
-        QVERIFY(block->HasEditedData() && block->snippets.at(1).Has(DecodedTextSnippet::UserChanged));
+        QVERIFY(block->HasEditedData() &&
+                block->snippets.at(1).Has(DecodedTextSnippet::UserChanged));
         const DecodedTextBlockPtr empty = model.GetChannelData(5)->GetBlock(TestStart(), 1);
         model.SetOffline(false);
         recorder.Take();
         Store(model, empty, UserData::CommentType, 0, 0, QLatin1String("C"));
-        QCOMPARE(TakeSent(recorder), QString::fromLatin1("SaveUserData(5,5/1 '-' 0@0 {Comment [0,0)'C'}"));
+        QCOMPARE(TakeSent(recorder),
+                 QString::fromLatin1("SaveUserData(5,5/1 '-' 0@0 {Comment [0,0)'C'}"));
     }
 
     void ActiveUserData()
     {
         DecodedTextData model;
         for (int id = 1; id <= 3; ++id) {
-            model.AddTransmission(TransmissionBuilder().Pieces(3, QLatin1String("0:abcd"), id).Pieces(2, QLatin1String("0:abcd"), id).Xml());
-            Store(model, model.GetChannelData(3)->GetLastBlock(), UserData::CommentType, 1, 2, QLatin1String("C"));
+            model.AddTransmission(TransmissionBuilder()
+                                      .Pieces(3, QLatin1String("0:abcd"), id)
+                                      .Pieces(2, QLatin1String("0:abcd"), id)
+                                      .Xml());
+            Store(model, model.GetChannelData(3)->GetLastBlock(), UserData::CommentType, 1, 2,
+                  QLatin1String("C"));
         }
         QCOMPARE(model.GetChannelsWithActiveUserData(), QVector<int>() << 3);
-        Store(model, model.GetChannelData(2)->GetLastBlock(), UserData::CommentType, 1, 2, QLatin1String("C"));
+        Store(model, model.GetChannelData(2)->GetLastBlock(), UserData::CommentType, 1, 2,
+              QLatin1String("C"));
         QCOMPARE(model.GetChannelsWithActiveUserData(), QVector<int>() << 3 << 2);
-        model.SetUserData(model.GetChannelData(3)->GetLastBlock(), nullptr, UserData::CommentType, 0, 4);
+        model.SetUserData(model.GetChannelData(3)->GetLastBlock(), nullptr, UserData::CommentType,
+                          0, 4);
         QCOMPARE(model.GetChannelsWithActiveUserData(), QVector<int>() << 2);
         model.EndTransmission();
         QVERIFY(model.GetChannelsWithActiveUserData().isEmpty());

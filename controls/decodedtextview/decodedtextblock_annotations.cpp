@@ -1,30 +1,29 @@
-// A block's annotations: finding, storing, replacing, importing and handing them over.
+// A block's annotations: finding, storing, replacing and importing them. Handing them over:
+// decodedtextblock_export.cpp.
 //
-// userData ascends by start, save for what arrived with data, which stands at the end. While it does ascend, an index bounds
-// every search: annotations of at most kLongAnnotation positions that can concern a range begin at most their width in front of
-// it; the few longer ones are listed apart. Small vectors are simply walked.
-// Invariant: every annotation is owned by exactly one block; longUserData borrows from userData.
-
-#include "decodedtextblock_userdata.h"
+// userData ascends by start, save for what arrived with data, which stands at the end. While it
+// does ascend, an index bounds every search: annotations of at most kLongAnnotation positions that
+// can concern a range begin at most their width in front of it; the few longer ones are listed
+// apart. Small vectors are simply walked. Invariant: every annotation is owned by exactly one
+// block; longUserData borrows from userData.
 
 #include "datablock.h"
 #include "decodedtextblock_p.h"
+#include "decodedtextblock_userdata.h"
 #include "decodedtextcoordinates.h"
 #include "decodedtextdata.h"
 #include "decodedtexttime.h"
-#include "decodedtexttrace.h"
-#include "sorvinresultdataexception.h"
 
 #include <limits>
 
 using namespace DecodedTextCoordinates;
 
-namespace
-{
+namespace {
 
 const int kWalkedAnnotations = 48;
 
-struct ByStart {
+struct ByStart
+{
     bool operator()(const SorvinResultDataXml::UserData* a, int start) const
     {
         return a->start < start;
@@ -69,11 +68,11 @@ int DecodedTextBlock::FirstWithin(int from) const
     if (!HasUserDataIndex()) {
         return 0;
     }
-    const qint64 start = qMax<qint64>(static_cast<qint64>(from) - widestIndexed,
-                                      std::numeric_limits<int>::min());
+    const qint64 start =
+        qMax<qint64>(static_cast<qint64>(from) - widestIndexed, std::numeric_limits<int>::min());
     return static_cast<int>(std::lower_bound(userData.constBegin(), userData.constEnd(),
-                                             static_cast<int>(start), ByStart())
-                            - userData.constBegin());
+                                             static_cast<int>(start), ByStart()) -
+                            userData.constBegin());
 }
 
 /// Index behind the last annotation that may start at or before \a to.
@@ -82,8 +81,9 @@ int DecodedTextBlock::BehindStart(int to) const
     if (!HasUserDataIndex()) {
         return static_cast<int>(userData.size());
     }
-    return static_cast<int>(std::upper_bound(userData.constBegin(), userData.constEnd(), to, ByStart())
-                            - userData.constBegin());
+    return static_cast<int>(
+        std::upper_bound(userData.constBegin(), userData.constEnd(), to, ByStart()) -
+        userData.constBegin());
 }
 
 void DecodedTextBlock::CollectCandidates(int from, int to, QVector<UserData*>& out) const
@@ -93,8 +93,8 @@ void DecodedTextBlock::CollectCandidates(int from, int to, QVector<UserData*>& o
     if (low > 0) {
         const int firstStart = userData.at(qMin(low, static_cast<int>(userData.size()) - 1))->start;
         for (UserData* annotation : longUserData) {
-            const bool inFront
-                = annotation->start < firstStart || low == static_cast<int>(userData.size());
+            const bool inFront =
+                annotation->start < firstStart || low == static_cast<int>(userData.size());
             if (inFront && annotation->end >= from && annotation->start <= to) {
                 out.append(annotation);
             }
@@ -114,13 +114,15 @@ void DecodedTextBlock::CollectUserData(const QString& type, int from, int to,
     QVector<UserData*> candidates;
     CollectCandidates(from, to, candidates);
     for (UserData* annotation : candidates) {
-        if (annotation->type == type && RangesOverlap(from, to, annotation->start, annotation->end)) {
+        if (annotation->type == type &&
+            RangesOverlap(from, to, annotation->start, annotation->end)) {
             out.append(annotation);
         }
     }
 }
 
-DecodedTextBlock::UserData* DecodedTextBlock::FindUserData(const QString& type, int from, int to) const
+DecodedTextBlock::UserData* DecodedTextBlock::FindUserData(const QString& type, int from,
+                                                           int to) const
 {
     QVector<UserData*> found;
     CollectUserData(type, from, to, found);
@@ -173,9 +175,8 @@ void DecodedTextBlock::GetToolTip(int pos, QString& lines, bool withTime) const
 
 void DecodedTextBlock::RemoveUserData(int from, int to)
 {
-    DeleteUserDataIf(from, to, [from](const UserData& annotation) {
-        return annotation.start >= from;
-    });
+    DeleteUserDataIf(from, to,
+                     [from](const UserData& annotation) { return annotation.start >= from; });
 }
 
 void DecodedTextBlock::ImportUserData(const QVector<UserData*>& list, int offset)
@@ -193,8 +194,8 @@ void DecodedTextBlock::ImportUserData(const QVector<UserData*>& list, int offset
         const int to = copy->end;
         const QString& type = copy->type;
         DeleteUserDataIf(from, to, [from, to, &type](const UserData& annotation) {
-            return annotation.type == type
-                && RangesOverlap(from, to, annotation.start, annotation.end);
+            return annotation.type == type &&
+                   RangesOverlap(from, to, annotation.start, annotation.end);
         });
     }
     for (UserData* copy : copies) {
@@ -221,8 +222,8 @@ void DecodedTextBlock::InsertUserData(UserData* annotation)
     int place = static_cast<int>(userData.size());
     if (userDataOrdered) {
         place = static_cast<int>(std::upper_bound(userData.constBegin(), userData.constEnd(),
-                                                  annotation->start, ByStart())
-                                 - userData.constBegin());
+                                                  annotation->start, ByStart()) -
+                                 userData.constBegin());
     } else {
         for (int i = 0; i < userData.size(); ++i) {
             if (userData.at(i)->start > annotation->start) {
@@ -249,7 +250,8 @@ void DecodedTextBlock::AddToIndex(UserData* annotation)
     }
 }
 
-/// Puts \a annotation in the place of \a old, which the caller owns then; moves only what stands between their places.
+/// Puts \a annotation in the place of \a old, which the caller owns then; moves only what stands
+/// between their places.
 void DecodedTextBlock::ExchangeUserData(UserData* old, UserData* annotation)
 {
     LearnUserData();
@@ -261,8 +263,8 @@ void DecodedTextBlock::ExchangeUserData(UserData* old, UserData* annotation)
     const QVector<UserData*>::iterator first = userData.begin();
     const QVector<UserData*>::iterator from = std::find(
         std::lower_bound(first, userData.end(), old->start, ByStart()), userData.end(), old);
-    const QVector<UserData*>::iterator to
-        = std::upper_bound(first, userData.end(), annotation->start, ByStart());
+    const QVector<UserData*>::iterator to =
+        std::upper_bound(first, userData.end(), annotation->start, ByStart());
     *from = annotation;
     if (to > from) {
         std::rotate(from, from + 1, to);
@@ -285,8 +287,8 @@ DecodedTextBlock::UserData* DecodedTextBlock::TakeUserData(UserData* annotation)
     int i = 0;
     if (HasUserDataIndex()) {
         i = static_cast<int>(std::lower_bound(userData.constBegin(), userData.constEnd(),
-                                              annotation->start, ByStart())
-                             - userData.constBegin());
+                                              annotation->start, ByStart()) -
+                             userData.constBegin());
     }
     i = static_cast<int>(userData.indexOf(annotation, i));
     if (i < 0) {
@@ -302,7 +304,8 @@ DecodedTextBlock::UserData* DecodedTextBlock::TakeUserData(UserData* annotation)
     return annotation;
 }
 
-/// Whether a change can stand on [from, to): it shares no position with a gap marker and touches a snippet that is none.
+/// Whether a change can stand on [from, to): it shares no position with a gap marker and touches a
+/// snippet that is none.
 bool DecodedTextBlock::StandsOnText(int from, int to) const
 {
     bool touchesText = false;
@@ -321,12 +324,14 @@ bool DecodedTextBlock::StandsOnText(int from, int to) const
     return touchesText;
 }
 
-bool DecodedTextBlock::CanStore(const UserData* annotation, const QString& type, int from, int to) const
+bool DecodedTextBlock::CanStore(const UserData* annotation, const QString& type, int from,
+                                int to) const
 {
     if (!annotation || type != UserData::ChangeType) {
         return true;
     }
-    if (from > to || snippets.isEmpty() || from < snippets.first().start || to > GetLastPosition()) {
+    if (from > to || snippets.isEmpty() || from < snippets.first().start ||
+        to > GetLastPosition()) {
         return false;
     }
     if (!StandsOnText(from, to)) {
@@ -351,11 +356,12 @@ bool DecodedTextBlock::CanStore(const UserData* annotation, const QString& type,
     const qint64 oldLength = annotation->oldText.size();
     const qint64 newEnd = GetLastPosition() + reverted + annotation->text.size() - oldLength;
     const qint64 ahead = static_cast<qint64>(annotation->start) - from;
-    return ahead >= 0 && static_cast<qint64>(to) - from + inside >= ahead + oldLength
-        && Position(newEnd).IsStorable();
+    return ahead >= 0 && static_cast<qint64>(to) - from + inside >= ahead + oldLength &&
+           Position(newEnd).IsStorable();
 }
 
-/// Hands an annotation that was taken out of the block to \a out: its place and kind tell which one went, its texts are gone.
+/// Hands an annotation that was taken out of the block to \a out: its place and kind tell which one
+/// went, its texts are gone.
 void DecodedTextBlock::ReportRemoved(DataBlock* out, UserData* removed)
 {
     userDataCount = qMax(0, userDataCount - 1);
@@ -363,8 +369,9 @@ void DecodedTextBlock::ReportRemoved(DataBlock* out, UserData* removed)
     out->AddUserData(removed);
 }
 
-/// Takes back every change that overlaps [from, to), the last one first. A revert may delete other annotations and change
-/// their order, so the walk goes over what stood here before; whether a change overlaps is asked when its turn comes.
+/// Takes back every change that overlaps [from, to), the last one first. A revert may delete other
+/// annotations and change their order, so the walk goes over what stood here before; whether a
+/// change overlaps is asked when its turn comes.
 void DecodedTextBlock::RevertOverlapping(DataBlock* out, int from, int to, Reverted& sums)
 {
     const QVector<UserData*> before = userData;
@@ -372,8 +379,8 @@ void DecodedTextBlock::RevertOverlapping(DataBlock* out, int from, int to, Rever
     for (int i = expected - 1; i >= 0; --i) {
         UserData* taken = before.at(i);
         const bool someAreGone = userData.size() != expected;
-        if ((someAreGone && !userData.contains(taken)) || taken->type != UserData::ChangeType
-            || !RangesOverlap(from, to, taken->start, taken->end)) {
+        if ((someAreGone && !userData.contains(taken)) || taken->type != UserData::ChangeType ||
+            !RangesOverlap(from, to, taken->start, taken->end)) {
             continue;
         }
         const int start = taken->start;
@@ -441,97 +448,4 @@ void DecodedTextBlock::ReplaceUserData(DataBlock* out, UserData* annotation, con
         InsertUserData(annotation);
     }
     out->AddUserData(new UserData(*annotation));
-}
-
-void DecodedTextBlock::MarkEdited(int pos)
-{
-    const int holder = snippets.IndexOfPosition(pos);
-    if (holder >= 0) {
-        snippets.KeepingLength(holder).flags |= DecodedTextSnippet::UserChanged;
-    }
-}
-
-bool DecodedTextBlock::HasEditedData() const
-{
-    for (const DecodedTextSnippet& snippet : snippets) {
-        if (snippet.Has(DecodedTextSnippet::UserChanged)) {
-            return true;
-        }
-    }
-    return false;
-}
-
-QString DecodedTextBlock::TakeEditedData()
-{
-    int first = 0;
-    while (first < snippets.size() && !snippets.at(first).Has(DecodedTextSnippet::UserChanged)) {
-        ++first;
-    }
-    if (first == snippets.size()) {
-        return QString();
-    }
-    while (first > 0 && DecodedTextTime::Same(snippets.at(first - 1).time, snippets.at(first).time)) {
-        --first;
-    }
-    const int from = snippets.at(first).start;
-    if (from >= text.size()) {
-        return QString();
-    }
-    DataBlock out(channel, from, 0);
-    WriteFrames(&out, from, first);
-    try {
-        return out.GetXmlString();
-    } catch (const SorvinResultDataXml::SorvinResultDataException& error) {
-        // The marks are cleared already: the same edits are not tried again.
-        DecodedTextTrace::Write(QString::fromLatin1("TakeEditedData: %1").arg(error.message),
-                                "controls/decodedtextview/decodedtextdata", 920);
-        return QString();
-    }
-}
-
-int DecodedTextBlock::ExportedStart(int pos) const
-{
-    int i = snippets.FirstEndingBehind(pos);
-    while (i < snippets.size() && snippets.at(i).IsGap()) {
-        ++i;
-    }
-    if (i == snippets.size()) {
-        return static_cast<int>(text.size());
-    }
-    return snippets.TextIndexOf(i) + qMax(0, pos - snippets.at(i).start);
-}
-
-int DecodedTextBlock::ExportedEnd(int pos) const
-{
-    const int i = snippets.FirstEndingBehind(pos);
-    if (i == snippets.size()) {
-        return static_cast<int>(text.size());
-    }
-    const DecodedTextSnippet& snippet = snippets.at(i);
-    return snippets.TextIndexOf(i) + (snippet.IsGap() ? 0 : qMax(0, pos - snippet.start));
-}
-
-void DecodedTextBlock::WriteFrames(DataBlock* out, int fromPos, int fromIndex)
-{
-    out->SetID(id);
-    int index = fromIndex < snippets.size() ? TextIndexOfPosition(snippets.at(fromIndex).start) : 0;
-    for (int i = fromIndex; i < snippets.size(); ++i) {
-        DecodedTextSnippet& snippet = snippets.KeepingLength(i);
-        snippet.flags &= ~static_cast<quint32>(DecodedTextSnippet::UserChanged);
-        out->SetTimeStamp(snippet.time);
-        out->BeginFrame();
-        out->AppendData(text.mid(index, snippet.length));
-        out->EndFrame();
-        index += snippet.length;
-    }
-    const int lastPos = GetLastPosition();
-    for (const UserData* annotation : userData) {
-        if (RangesOverlap(fromPos, lastPos, annotation->start, annotation->end)) {
-            UserData* copy = new UserData(*annotation);
-            copy->start = ExportedStart(annotation->start);
-            copy->end = qMax(copy->start, ExportedEnd(annotation->end));
-            out->AddUserData(copy);
-        }
-    }
-    changed = false;
 }

@@ -1,12 +1,12 @@
-// Changes in place: a change annotation's text put in or taken out, the operator's typing, and what both do to the snippets and
-// annotations around them.
+// Changes in place: a change annotation's text put in or taken out, the operator's typing, and what
+// both do to the snippets and annotations around them.
 //
-// A change of length goes three ways, always in this order: ResizeRange gives it to snippets (places in positions), the
-// annotations behind are moved, the characters are replaced (place in text indexes, taken before anything moved).
-// Invariant: what the snippets took adds up to what the text gained or lost, whatever flags and marks they carry.
+// A change of length goes three ways, always in this order: ResizeRange gives it to snippets
+// (places in positions), the annotations behind are moved, the characters are replaced (place in
+// text indexes, taken before anything moved). Invariant: what the snippets took adds up to what the
+// text gained or lost, whatever flags and marks they carry.
 
 #include "decodedtextblock.h"
-
 #include "decodedtextblock_p.h"
 #include "decodedtextblock_userdata.h"
 #include "decodedtextcoordinates.h"
@@ -17,15 +17,15 @@
 
 using namespace DecodedTextCoordinates;
 
-namespace
-{
+namespace {
 
 bool StartsEarlier(const SorvinResultDataXml::UserData* a, const SorvinResultDataXml::UserData* b)
 {
     return a->start < b->start;
 }
 
-/// The written rule for a snippet [s, e) under a change of [from, to]: how much of \a remainder it takes.
+/// The written rule for a snippet [s, e) under a change of [from, to]: how much of \a remainder it
+/// takes.
 int ShareOf(const DecodedTextSnippet& snippet, int from, int to, int remainder)
 {
     const int s = snippet.start;
@@ -89,9 +89,10 @@ void DecodedTextBlock::ShiftUserData(int from, int to, int delta)
     ForgetUserDataIndex();
 }
 
-/// As ShiftUserData, for the block's own changes: \a exempt is never deleted, no other annotation loses the text that it still
-/// stands on, and none passes the changed place. Two deletions at one place keep their order: one that stands in front of
-/// \a exempt in the vector, with the same start, doesn't move.
+/// As ShiftUserData, for the block's own changes: \a exempt is never deleted, no other annotation
+/// loses the text that it still stands on, and none passes the changed place. Two deletions at one
+/// place keep their order: one that stands in front of \a exempt in the vector, with the same
+/// start, doesn't move.
 void DecodedTextBlock::ShiftGuarded(int from, int to, int delta, UserData* exempt)
 {
     const int last = GetLastPosition();
@@ -106,7 +107,8 @@ void DecodedTextBlock::ShiftGuarded(int from, int to, int delta, UserData* exemp
         const int e = annotation->end;
         const bool otherChange = annotation != exempt && annotation->type == UserData::ChangeType;
         const bool staysInFront = otherChange && reverting && i < exemptIndex && s == from;
-        // The written exception is for the change itself; another one would be left over text that is not its own.
+        // The written exception is for the change itself; another one would be left over text that
+        // is not its own.
         const bool begins = s == from && from == to && (otherChange || e != from + delta);
         if (s < from && from < e) {
             annotation->end = qMax(e + delta, s + 1);
@@ -141,12 +143,13 @@ void DecodedTextBlock::ResizeRange(int from, int to, int delta, bool revert)
     int remainder = delta;
     int lowest = snippets.size();
     QVector<int> takers;
-    for (int i = BehindTouching(to) - 1; i >= 0 && remainder != 0 && snippets.at(i).end >= from; --i) {
+    for (int i = BehindTouching(to) - 1; i >= 0 && remainder != 0 && snippets.at(i).end >= from;
+         --i) {
         if (snippets.at(i).IsGap()) {
             continue;
         }
-        const int share = revert ? -snippets.at(i).changeDelta
-                                 : ShareOf(snippets.at(i), from, to, remainder);
+        const int share =
+            revert ? -snippets.at(i).changeDelta : ShareOf(snippets.at(i), from, to, remainder);
         if (share != 0) {
             const int taken = Take(snippets[i], share, 0);
             if (taken != 0) {
@@ -169,9 +172,11 @@ int DecodedTextBlock::BehindTouching(int to) const
     return behind;
 }
 
-/// What no share could place goes to the front-most snippet that touches the range, then to the next ones; then the snippets
-/// behind \a lowest, the front-most one that took something, are packed.
-void DecodedTextBlock::PlaceRest(int from, int delta, int remainder, int lowest, const QVector<int>& takers)
+/// What no share could place goes to the front-most snippet that touches the range, then to the
+/// next ones; then the snippets behind \a lowest, the front-most one that took something, are
+/// packed.
+void DecodedTextBlock::PlaceRest(int from, int delta, int remainder, int lowest,
+                                 const QVector<int>& takers)
 {
     const int touching = snippets.FirstEndingBehind(from - 1);
     for (int i = touching; i < snippets.size() && remainder != 0; ++i) {
@@ -193,7 +198,8 @@ void DecodedTextBlock::PlaceRest(int from, int delta, int remainder, int lowest,
     }
 }
 
-/// Index of the snippet under [from, to] that took \a share, -1 when it is gone. A merge may have put others in front of it.
+/// Index of the snippet under [from, to] that took \a share, -1 when it is gone. A merge may have
+/// put others in front of it.
 int DecodedTextBlock::FindTaker(const Share& share, int from, int to) const
 {
     const int first = snippets.FirstEndingBehind(from - 1);
@@ -212,12 +218,13 @@ int DecodedTextBlock::FindTaker(const Share& share, int from, int to) const
     return found;
 }
 
-/// Gives back what each snippet took for \a change. A snippet's changeDelta knows only the last change that resized it, which
-/// may be a neighbour; the record kept by ApplyChange restores every snippet exactly. False, with nothing done, without record.
+/// Gives back what each snippet took for \a change. A snippet's changeDelta knows only the last
+/// change that resized it, which may be a neighbour; the record kept by ApplyChange restores every
+/// snippet exactly. False, with nothing done, without record.
 bool DecodedTextBlock::GiveBackShares(const UserData& change, int delta)
 {
-    const QHash<const UserData*, QVector<Share> >::const_iterator record
-        = appliedShares.constFind(&change);
+    const QHash<const UserData*, QVector<Share>>::const_iterator record =
+        appliedShares.constFind(&change);
     if (record == appliedShares.constEnd()) {
         return false;
     }
@@ -268,9 +275,9 @@ void DecodedTextBlock::ApplyChange(UserData* change, int from, int to)
 bool DecodedTextBlock::ShowsNewText(const UserData& change) const
 {
     const int index = TextIndexOfPosition(change.start);
-    return change.end - change.start == change.text.size()
-        && text.mid(index, static_cast<int>(change.text.size())) == change.text
-        && index + change.text.size() <= text.size() && StandsOnText(change.start, change.end);
+    return change.end - change.start == change.text.size() &&
+           text.mid(index, static_cast<int>(change.text.size())) == change.text &&
+           index + change.text.size() <= text.size() && StandsOnText(change.start, change.end);
 }
 
 /// What taking \a change back will change the length by; 0 when it can't be taken back.
@@ -336,13 +343,14 @@ int DecodedTextBlock::EditText(int index, int count, QString newText, DecodedTex
     return start;
 }
 
-/// Typed text at the end: it goes on with the word that the text ends in; each further word becomes a snippet of its own.
+/// Typed text at the end: it goes on with the word that the text ends in; each further word becomes
+/// a snippet of its own.
 int DecodedTextBlock::AppendTyped(int index, const QString& newText, DecodedTextData* model)
 {
     int answer = index;
     int done = 0;
-    if (!snippets.isEmpty() && !text.isEmpty() && !text.at(text.size() - 1).isSpace()
-        && !snippets.last().IsGap()) {
+    if (!snippets.isEmpty() && !text.isEmpty() && !text.at(text.size() - 1).isSpace() &&
+        !snippets.last().IsGap()) {
         done = WordLength(newText, 0);
         DecodedTextSnippet& word = snippets[snippets.size() - 1];
         answer = word.start;

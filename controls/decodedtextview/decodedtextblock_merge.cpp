@@ -1,15 +1,17 @@
-// The merged channel: a block that holds the text of all channels in the order of their time stamps.
+// The merged channel: a block that holds the text of all channels in the order of their time
+// stamps.
 //
 //   source block  ... | new snippets        one channel's positions
-//   this block    a1 b1 a2 b2 ...           packed one behind the other; each remembers sourceChannel and sourcePosition
+//   this block    a1 b1 a2 b2 ...           packed; each remembers sourceChannel and sourcePosition
 //
-// One merge is planned against the snippets as they stand (which slots are reused, what goes in where, what is removed), then
-// everything from the first changed snippet on is rebuilt in one pass, and annotations are moved once by the list of changes.
-// Text that arrives in order only appends. Labels and separators are looked at from the first changed snippet on.
-// Invariant: snippets ascend by time as long as all text came through Merge; the cost of a merge is what it changes.
+// One merge is planned against the snippets as they stand (which slots are reused, what goes in
+// where, what is removed), then everything from the first changed snippet on is rebuilt in one
+// pass, and annotations are moved once by the list of changes. Labels and separators follow in
+// decodedtextblock_labels.cpp.
+// Invariant: snippets ascend by time as long as all text came through Merge; the cost of a merge is
+// what it changes.
 
 #include "decodedtextblock.h"
-
 #include "decodedtextblock_p.h"
 #include "decodedtextblock_userdata.h"
 #include "decodedtextcoordinates.h"
@@ -24,33 +26,31 @@
 
 using namespace DecodedTextCoordinates;
 
-namespace
-{
-
-bool IsLabel(const SorvinResultDataXml::UserData& annotation)
-{
-    return annotation.type == SorvinResultDataXml::UserData::CallSignType && annotation.channel >= 1;
-}
+namespace {
 
 bool IsDeletion(const SorvinResultDataXml::UserData& annotation)
 {
-    return annotation.type == SorvinResultDataXml::UserData::ChangeType && annotation.text.isEmpty();
+    return annotation.type == SorvinResultDataXml::UserData::ChangeType &&
+           annotation.text.isEmpty();
 }
 
 /// Whether all the text that the annotation stood on, or its place, is gone with the changes.
-bool LosesItsText(const SorvinResultDataXml::UserData& annotation, const DecodedTextPositionMap& map)
+bool LosesItsText(const SorvinResultDataXml::UserData& annotation,
+                  const DecodedTextPositionMap& map)
 {
     const DecodedTextChange* at = map.At(annotation.start);
     if (!at) {
         return false;
     }
     if (at->kind == DecodedTextChange::Reuse || at->kind == DecodedTextChange::Removal) {
-        if (IsDeletion(annotation) || (at->kind == DecodedTextChange::Reuse && IsLabel(annotation))) {
+        if (IsDeletion(annotation) ||
+            (at->kind == DecodedTextChange::Reuse && IsLabel(annotation))) {
             return true;
         }
     }
-    return at->kind == DecodedTextChange::Removal
-        && (annotation.end <= at->end || map.MapEnd(annotation.end) <= map.MapStart(annotation.start));
+    return at->kind == DecodedTextChange::Removal &&
+           (annotation.end <= at->end ||
+            map.MapEnd(annotation.end) <= map.MapStart(annotation.start));
 }
 
 } // namespace
@@ -80,13 +80,15 @@ public:
 
 private:
     /// A source snippet with its place: in front of merged snippet `index`, or in its stead.
-    struct Placed {
+    struct Placed
+    {
         int sourceIndex;
         int sourceTextIndex;
         int index;
         bool reuse;
     };
-    struct PlacedInOrder {
+    struct PlacedInOrder
+    {
         explicit PlacedInOrder(const DecodedTextBlock& block)
             : source(block)
         {
@@ -114,8 +116,8 @@ private:
     int ascendingFrom; ///< times ascend from this snippet on, as far as was looked
     bool changedEarlier;
     QVector<Placed> insertions;
-    QHash<int, Placed> reused; ///< by index of the merged snippet
-    QHash<qint64, QVector<int> > waiting; ///< marked snippets by time, the front-most one last
+    QHash<int, Placed> reused;           ///< by index of the merged snippet
+    QHash<qint64, QVector<int>> waiting; ///< marked snippets by time, the front-most one last
 };
 
 bool DecodedTextMerge::IsStorable() const
@@ -123,13 +125,13 @@ bool DecodedTextMerge::IsStorable() const
     if (fromIndex >= source.snippets.size()) {
         return true;
     }
-    const qint64 span = static_cast<qint64>(source.snippets.last().end)
-        - source.snippets.at(fromIndex).start;
+    const qint64 span =
+        static_cast<qint64>(source.snippets.last().end) - source.snippets.at(fromIndex).start;
     return Position(merged.GetLastPosition() + span).IsStorable();
 }
 
-/// Marks the snippets whose text this channel has cut away. Only a cut marks anything: the first text of a channel's next
-/// transmission replaces nothing, though its positions begin anew.
+/// Marks the snippets whose text this channel has cut away. Only a cut marks anything: the first
+/// text of a channel's next transmission replaces nothing, though its positions begin anew.
 void DecodedTextMerge::Mark()
 {
     if (source.GetCutPosition() < 0) {
@@ -143,9 +145,9 @@ void DecodedTextMerge::Mark()
         if (snippet.sourceChannel != source.channel) {
             continue;
         }
-        if (snippet.sourcePosition < cutPos
-            || (hasNewText
-                && DecodedTextTime::Earlier(snippet.time, source.snippets.at(fromIndex).time))) {
+        if (snippet.sourcePosition < cutPos ||
+            (hasNewText &&
+             DecodedTextTime::Earlier(snippet.time, source.snippets.at(fromIndex).time))) {
             firstMarked = i + 1;
             break;
         }
@@ -154,12 +156,13 @@ void DecodedTextMerge::Mark()
     }
 }
 
-/// As FindInsertIndex for each of many new snippets: what was walked over once is searched by halves from then on, so that a
-/// data block whose time stamps belong far in front costs no more than the way to the front-most of them.
+/// As FindInsertIndex for each of many new snippets: what was walked over once is searched by
+/// halves from then on, so that a data block whose time stamps belong far in front costs no more
+/// than the way to the front-most of them.
 int DecodedTextMerge::FindPlace(const QDateTime& time)
 {
     const qint64 key = DecodedTextTime::Key(time);
-    const QHash<qint64, QVector<int> >::iterator places = waiting.find(key);
+    const QHash<qint64, QVector<int>>::iterator places = waiting.find(key);
     if (places != waiting.end() && !places->isEmpty()) {
         const int slot = places->last();
         places->resize(places->size() - 1);
@@ -167,17 +170,18 @@ int DecodedTextMerge::FindPlace(const QDateTime& time)
     }
     const DecodedTextSnippetList& snippets = merged.snippets;
     const int count = snippets.size();
-    while (ascendingFrom > 0
-           && (ascendingFrom == count || DecodedTextTime::Key(snippets.at(ascendingFrom).time) > key)) {
-        if (ascendingFrom < count
-            && DecodedTextTime::Earlier(snippets.at(ascendingFrom).time, snippets.at(ascendingFrom - 1).time)) {
+    while (ascendingFrom > 0 && (ascendingFrom == count ||
+                                 DecodedTextTime::Key(snippets.at(ascendingFrom).time) > key)) {
+        if (ascendingFrom < count &&
+            DecodedTextTime::Earlier(snippets.at(ascendingFrom).time,
+                                     snippets.at(ascendingFrom - 1).time)) {
             return merged.FindInsertIndex(source.channel, time);
         }
         --ascendingFrom;
     }
-    const DecodedTextSnippetList::const_iterator behind
-        = std::upper_bound(snippets.begin() + ascendingFrom, snippets.end(), key,
-                           [](qint64 k, const DecodedTextSnippet& s) { return k < DecodedTextTime::Key(s.time); });
+    const DecodedTextSnippetList::const_iterator behind = std::upper_bound(
+        snippets.begin() + ascendingFrom, snippets.end(), key,
+        [](qint64 k, const DecodedTextSnippet& s) { return k < DecodedTextTime::Key(s.time); });
     return static_cast<int>(behind - snippets.begin());
 }
 
@@ -194,12 +198,12 @@ void DecodedTextMerge::Place()
         Placed placed = {k, source.snippets.TextIndexOf(k), i, false};
         if (i < count) {
             const DecodedTextSnippet& slot = merged.snippets.at(i);
-            placed.reuse = slot.Has(DecodedTextSnippet::Replaced)
-                && DecodedTextTime::Same(slot.time, snippet.time);
+            placed.reuse = slot.Has(DecodedTextSnippet::Replaced) &&
+                           DecodedTextTime::Same(slot.time, snippet.time);
         }
         if (placed.reuse) {
-            merged.snippets.KeepingLength(i).flags
-                &= ~static_cast<quint32>(DecodedTextSnippet::Replaced);
+            merged.snippets.KeepingLength(i).flags &=
+                ~static_cast<quint32>(DecodedTextSnippet::Replaced);
             reused.insert(i, placed);
         } else {
             insertions.append(placed);
@@ -262,7 +266,8 @@ void DecodedTextMerge::Rebuild()
         const int insertPos = i < count ? tail.at(i - firstChanged).start : -1;
         int width = 0;
         while (inserted < insertions.size() && insertions.at(inserted).index <= i) {
-            const DecodedTextSnippet& from = source.snippets.at(insertions.at(inserted).sourceIndex);
+            const DecodedTextSnippet& from =
+                source.snippets.at(insertions.at(inserted).sourceIndex);
             width += from.end - from.start;
             Append(insertions.at(inserted++));
         }
@@ -277,7 +282,8 @@ void DecodedTextMerge::Rebuild()
             const Placed placed = reused.value(i);
             Append(placed);
             const DecodedTextSnippet& from = source.snippets.at(placed.sourceIndex);
-            map.Add(DecodedTextChange(DecodedTextChange::Reuse, old.start, old.end, from.end - from.start));
+            map.Add(DecodedTextChange(DecodedTextChange::Reuse, old.start, old.end,
+                                      from.end - from.start));
         } else if (old.Has(DecodedTextSnippet::Replaced)) {
             map.Add(DecodedTextChange(DecodedTextChange::Removal, old.start, old.end, 0));
         } else {
@@ -288,7 +294,8 @@ void DecodedTextMerge::Rebuild()
     merged.MoveUserData(map);
 }
 
-/// Moves the annotations by the changes in \a map, deletes those whose text is gone. Starts keep their order.
+/// Moves the annotations by the changes in \a map, deletes those whose text is gone. Starts keep
+/// their order.
 void DecodedTextBlock::MoveUserData(const DecodedTextPositionMap& map)
 {
     if (map.IsEmpty() || userData.isEmpty()) {
@@ -346,8 +353,8 @@ bool DecodedTextBlock::Merge(DecodedTextBlock* source, DecodedTextData* model, i
     return true;
 }
 
-/// Where text of channel \a ofChannel with \a time goes: behind the last snippet that is not later; but the first slot of that
-/// channel and time that waits for its text comes first.
+/// Where text of channel \a ofChannel with \a time goes: behind the last snippet that is not later;
+/// but the first slot of that channel and time that waits for its text comes first.
 int DecodedTextBlock::FindInsertIndex(int ofChannel, const QDateTime& time) const
 {
     int i = snippets.size() - 1;
@@ -356,8 +363,8 @@ int DecodedTextBlock::FindInsertIndex(int ofChannel, const QDateTime& time) cons
     }
     int waiting = -1;
     for (int k = i; k >= 0 && DecodedTextTime::Same(snippets.at(k).time, time); --k) {
-        if (snippets.at(k).sourceChannel == ofChannel
-            && snippets.at(k).Has(DecodedTextSnippet::Replaced)) {
+        if (snippets.at(k).sourceChannel == ofChannel &&
+            snippets.at(k).Has(DecodedTextSnippet::Replaced)) {
             waiting = k;
         }
     }
@@ -365,8 +372,8 @@ int DecodedTextBlock::FindInsertIndex(int ofChannel, const QDateTime& time) cons
 }
 
 /// Puts \a newText in place of the characters of snippet \a index and packs the snippets behind it.
-void DecodedTextBlock::SetSnippetText(int index, int ofChannel, int sourcePosition, int sourceLength,
-                                      bool gap, const QString& newText)
+void DecodedTextBlock::SetSnippetText(int index, int ofChannel, int sourcePosition,
+                                      int sourceLength, bool gap, const QString& newText)
 {
     const int textIndex = snippets.TextIndexOf(index);
     TextChangedFrom(textIndex);
@@ -399,183 +406,4 @@ void DecodedTextBlock::RepackAfter(int index, int delta)
         snippet.start = snippet.IsGap() ? qMax(snippet.start + delta, previousEnd) : previousEnd;
         snippet.end = snippet.start + span;
     }
-}
-
-/// Index of the last labelled snippet in front of \a index, -1 if none. Remembers the stretch without labels that it walked.
-int DecodedTextBlock::LastLabelledBefore(int index) const
-{
-    int i = index - 1;
-    while (i >= 0 && !snippets.at(i).Has(DecodedTextSnippet::Labelled)) {
-        if (i > labelFreeFrom && i < labelFreeTo) {
-            i = labelFreeFrom; // everything in between was seen to have none
-            break;
-        }
-        --i;
-    }
-    labelFreeFrom = i;
-    labelFreeTo = index;
-    return i;
-}
-
-/// Labels or snippets from \a index on may have changed.
-void DecodedTextBlock::LabelsChangedFrom(int index)
-{
-    labelFreeTo = qMin(labelFreeTo, index);
-    if (labelFreeFrom >= index) {
-        labelFreeFrom = -1;
-        labelFreeTo = 0;
-    }
-}
-
-/// Position and text index distance of the snippet's own first character that is no line feed, -1 if it has none.
-int DecodedTextBlock::OwnTextOffset(int i, int separatorLength) const
-{
-    const DecodedTextSnippet& snippet = snippets.at(i);
-    const int textIndex = snippets.TextIndexOf(i);
-    const int own = snippet.Has(DecodedTextSnippet::SeparatorInserted)
-        ? qMin(separatorLength, snippet.length)
-        : 0;
-    for (int k = own; k < snippet.length; ++k) {
-        if (text.at(textIndex + k) != QLatin1Char('\n')) {
-            return k;
-        }
-    }
-    return -1;
-}
-
-/// A label is missing where no call sign shares a position with the snippet; one that only touches it doesn't count.
-bool DecodedTextBlock::HasCallSign(const DecodedTextSnippet& snippet) const
-{
-    QVector<UserData*> found;
-    CollectUserData(UserData::CallSignType, snippet.start, snippet.end, found);
-    for (const UserData* sign : found) {
-        if (RangesShare(snippet.start, snippet.end, sign->start, qMax(sign->end, sign->start + 1))) {
-            return true;
-        }
-    }
-    return false;
-}
-
-void DecodedTextBlock::RemoveLabel(const DecodedTextSnippet& snippet)
-{
-    QVector<UserData*> found;
-    CollectCandidates(snippet.start, snippet.end, found);
-    for (int i = static_cast<int>(found.size()) - 1; i >= 0; --i) {
-        if (IsLabel(*found.at(i)) && snippet.Holds(found.at(i)->start)) {
-            delete TakeUserData(found.at(i));
-            return;
-        }
-    }
-}
-
-void DecodedTextBlock::LabelChannelRuns(int fromIndex, DecodedTextData* model)
-{
-    const int separatorLength = static_cast<int>(model->GetChannelSeparator().size());
-    const int labelled = LastLabelledBefore(fromIndex);
-    int previous = labelled >= 0 ? snippets.at(labelled).sourceChannel : -1;
-    for (int i = fromIndex; i < snippets.size(); ++i) {
-        DecodedTextSnippet& snippet = snippets.KeepingLength(i);
-        snippet.flags &= ~static_cast<quint32>(DecodedTextSnippet::SeparatorDue);
-        const int offset = snippet.sourceChannel != previous ? OwnTextOffset(i, separatorLength) : -1;
-        if (offset < 0) {
-            if (snippet.Has(DecodedTextSnippet::Labelled)) {
-                snippet.flags &= ~static_cast<quint32>(DecodedTextSnippet::Labelled);
-                RemoveLabel(snippet);
-            }
-            continue;
-        }
-        previous = snippet.sourceChannel;
-        if (!HasCallSign(snippet)) {
-            UserData* label = new UserData;
-            label->type = UserData::CallSignType;
-            label->SetModifier(model->GetModifier(), QDateTime::currentDateTimeUtc());
-            label->start = snippet.start + offset;
-            label->end = label->start + 1;
-            label->callSign = model->GetChannelNames().value(snippet.sourceChannel);
-            label->channel = snippet.sourceChannel;
-            InsertUserData(label);
-        }
-        // A call sign of the operator that stands here serves as the label: the run is known to begin here all the same.
-        snippet.flags |= DecodedTextSnippet::Labelled;
-        const int own = snippet.Has(DecodedTextSnippet::SeparatorInserted) ? separatorLength : 0;
-        if (i > 0 && offset == own && !snippets.at(i - 1).IsGap()) {
-            snippet.flags |= DecodedTextSnippet::SeparatorDue;
-        }
-    }
-    LabelsChangedFrom(fromIndex);
-}
-
-/// Whether a change of the operator stands on the separator, so that it must stay as it is.
-bool DecodedTextBlock::IsSeparatorChanged(int start, int end) const
-{
-    QVector<UserData*> changes;
-    CollectUserData(UserData::ChangeType, start, end, changes);
-    for (const UserData* change : changes) {
-        if (RangesShare(start, end, change->start, change->end)
-            || (change->start == change->end && start < change->start && change->start < end)) {
-            return true;
-        }
-    }
-    return false;
-}
-
-bool DecodedTextBlock::ApplySeparator(int fromIndex, const QString& separator, bool insert)
-{
-    const int length = static_cast<int>(separator.size());
-    if (length == 0 || fromIndex < 0) {
-        return false;
-    }
-    const DecodedTextBlockChange guard(*this);
-    const int fromTextIndex = snippets.TextIndexOf(fromIndex);
-    QString tail;
-    bool rebuilding = false;
-    DecodedTextPositionMap map;
-    int textIndex = fromTextIndex;
-    int shift = 0;
-    for (int i = fromIndex; i < snippets.size(); ++i) {
-        const int oldStart = snippets.at(i).start;
-        const int oldLength = snippets.at(i).length;
-        const bool inserted = snippets.at(i).Has(DecodedTextSnippet::SeparatorInserted);
-        const bool due = insert && snippets.at(i).Has(DecodedTextSnippet::SeparatorDue);
-        const bool leftAlone
-            = inserted && !due && IsSeparatorChanged(oldStart, oldStart + qMin(length, oldLength));
-        int grown = 0;
-        if (due && !inserted
-            && Position(static_cast<qint64>(GetLastPosition()) + shift + length).IsStorable()) {
-            grown = length;
-            map.Add(DecodedTextChange(DecodedTextChange::Insertion, oldStart, oldStart, length));
-        } else if (!due && inserted && !leftAlone && oldLength >= length
-                   && text.mid(textIndex, length) == separator) {
-            grown = -length;
-            map.Add(DecodedTextChange(DecodedTextChange::SeparatorRemoval, oldStart, oldStart + length, 0));
-        }
-        if (grown != 0 && !rebuilding) {
-            rebuilding = true;
-            tail = text.mid(fromTextIndex, textIndex - fromTextIndex);
-        }
-        if (rebuilding) {
-            tail += grown > 0 ? separator : QString();
-            tail += text.mid(textIndex + qMax(0, -grown), oldLength - qMax(0, -grown));
-        }
-        textIndex += oldLength;
-        if (shift != 0 || grown != 0 || inserted != due) {
-            DecodedTextSnippet& snippet = grown != 0 ? snippets[i] : snippets.KeepingLength(i);
-            snippet.start += shift;
-            snippet.end += shift + grown;
-            snippet.length += grown;
-            shift += grown;
-            snippet.flags &= ~static_cast<quint32>(DecodedTextSnippet::SeparatorInserted);
-            if (grown > 0 || (due && inserted) || leftAlone) {
-                snippet.flags |= DecodedTextSnippet::SeparatorInserted;
-            }
-        }
-    }
-    if (map.IsEmpty()) {
-        return false;
-    }
-    TextChangedFrom(fromTextIndex);
-    text.truncate(fromTextIndex);
-    text += tail;
-    MoveUserData(map);
-    return true;
 }

@@ -15,6 +15,13 @@ inline bool IsLongAnnotation(const SorvinResultDataXml::UserData& annotation)
     return static_cast<qint64>(annotation.end) - annotation.start > kLongAnnotation;
 }
 
+/// Whether the annotation is the name that a merge put in front of a channel's text.
+inline bool IsLabel(const SorvinResultDataXml::UserData& annotation)
+{
+    return annotation.type == SorvinResultDataXml::UserData::CallSignType &&
+           annotation.channel >= 1;
+}
+
 /// Deletes the annotations with start <= \a to and end >= \a from for which \a goes answers true.
 /// Costs what lies in the range.
 template <typename Predicate>

@@ -1,8 +1,8 @@
-// The model's side of annotations: known call signs, storing into a block, and the hand-over to the host by SaveUserData.
-
-#include "decodedtextdata.h"
+// The model's side of annotations: known call signs, storing into a block, and the hand-over to the
+// host by SaveUserData.
 
 #include "datablock.h"
+#include "decodedtextdata.h"
 #include "decodedtexttrace.h"
 #include "userdata.h"
 #include "vrtbase/activeuserproxy.h"
@@ -37,8 +37,8 @@ QString DecodedTextData::GetModifier() const
     return name.isEmpty() ? QString::fromLatin1("unknown") : name;
 }
 
-bool DecodedTextData::SetUserData(DecodedTextBlockPtr block, UserData* userData, const QString& type,
-                                  int from, int to)
+bool DecodedTextData::SetUserData(DecodedTextBlockPtr block, UserData* userData,
+                                  const QString& type, int from, int to)
 {
     if (!block || block->closed || !block->CanStore(userData, type, from, to)) {
         return false;

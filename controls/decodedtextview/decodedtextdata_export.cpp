@@ -1,9 +1,9 @@
-// The export: one data block for each block of a channel, sorted into the caller's transmissions by start time.
-// Writing a block clears its export marks; nothing else of the model changes, and nothing in the caller's object is removed.
-
-#include "decodedtextdata.h"
+// The export: one data block for each block of a channel, sorted into the caller's transmissions by
+// start time. Writing a block clears its export marks; nothing else of the model changes, and
+// nothing in the caller's object is removed.
 
 #include "datablock.h"
+#include "decodedtextdata.h"
 #include "decodedtexttime.h"
 #include "sorvinresultdata.h"
 #include "transmission.h"
@@ -14,10 +14,10 @@ using SorvinResultDataXml::DataBlock;
 using SorvinResultDataXml::SorvinResultData;
 using SorvinResultDataXml::Transmission;
 
-namespace
-{
+namespace {
 
-/// The caller's transmissions by start time; of equal ones the last, which is the one that takes data.
+/// The caller's transmissions by start time; of equal ones the last, which is the one that takes
+/// data.
 QHash<qint64, Transmission*> IndexByStart(SorvinResultData& data)
 {
     QHash<qint64, Transmission*> index;
@@ -60,8 +60,8 @@ void DecodedTextData::GetData(int channel, SorvinResultData& data, bool skipClos
             byStart.insert(DecodedTextTime::Key(block->startTime), transmission);
         }
         transmission->AddDataBlock(dataBlock);
-        if (!block->snippets.isEmpty()
-            && DecodedTextTime::Earlier(transmission->GetStopTime(), block->GetLastTimestamp())) {
+        if (!block->snippets.isEmpty() &&
+            DecodedTextTime::Earlier(transmission->GetStopTime(), block->GetLastTimestamp())) {
             transmission->SetStopTime(block->GetLastTimestamp());
         }
     }

@@ -8,6 +8,7 @@
 
 #include "datablock.h"
 #include "decodedtextcompat.h"
+#include "decodedtextmenulabels.h"
 #include "decodedtexttrace.h"
 #include "decodedtextview.h"
 #include "hxbase/errorhandler.h"
@@ -83,6 +84,9 @@ void RegisterTranslations()
 {
     try {
         TranslationCenter::Instance().Register(QLatin1String(kLibrary));
+        if (QCoreApplication::instance()) {
+            DecodedTextMenuLabels::Get(); // loaded into a running program: now they are translated
+        }
     } catch (...) { // without translations the texts are English; that must not keep the library
                     // from being loaded
     }

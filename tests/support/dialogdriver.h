@@ -9,7 +9,6 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPointer>
-#include <QTimerEvent>
 
 #include <functional>
 
@@ -29,28 +28,23 @@ public:
     QStringList opened;
 
 protected:
-    void timerEvent(QTimerEvent* event) override
+    void timerEvent(QTimerEvent*) override
     {
         QWidget* const popup = QApplication::activePopupWidget();
         QWidget* const top = popup ? popup : QApplication::activeModalWidget();
-        if (event->timerId() != timer.timerId() || !top) {
-            return;
+        if (top && top == answered && ++waited > kPatience) {
+            opened.append(QLatin1String("left open"));
+            top->close();
         }
-        if (top == answered) {
-            if (++waited > kPatience) {
-                opened.append(QLatin1String("left open"));
-                top->close();
-            }
+        if (!top || top == answered) {
             return;
         }
         answered = top;
         waited = 0;
-        QString name = QLatin1String(qobject_cast<QMenu*>(top) ? "menu" : "");
-        if (name.isEmpty()) {
-            const QMessageBox* box = qobject_cast<QMessageBox*>(top);
-            name = top->windowTitle() + (box ? QLatin1String(": ") + box->text() : QString());
-        }
-        opened.append(name);
+        const QMessageBox* box = qobject_cast<QMessageBox*>(top);
+        opened.append(popup ? QString::fromLatin1("menu")
+                            : top->windowTitle() +
+                                  (box ? QLatin1String(": ") + box->text() : QString()));
         // The answer may open another dialog; a timer does not fire inside its own event.
         timer.start(kIntervalMs, this);
         const Answer given = answer;
@@ -75,7 +69,6 @@ inline bool Choose(QMenu* menu, const QString& text)
             return true;
         }
     }
-    menu->close();
     return false;
 }
 

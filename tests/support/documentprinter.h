@@ -10,8 +10,8 @@
 #include "decodedtextlayoutitem.h"
 
 #include <QStringList>
+#include <QTextCursor>
 #include <QTextDocument>
-#include <QTextFragment>
 
 /// What a format of the highlighter stands for, 0 for none that it makes.
 inline char ColourName(const QTextCharFormat& format)
@@ -23,48 +23,42 @@ inline char ColourName(const QTextCharFormat& format)
     return back == "#00ff00" ? 's' : back == "#00ffff" ? 'c' : back == "#ffff00" ? 'y' : '?';
 }
 
-/// The colour of each character of \a paragraph, a blank for the ordinary one.
-inline QByteArray Colours(const QTextBlock& paragraph)
+/// The colour of the character at \a index of \a paragraph, a blank for the ordinary one.
+inline char ColourAt(const QTextBlock& paragraph, int index)
 {
-    QByteArray colours(paragraph.length() - 1, ' ');
-    for (QTextBlock::iterator it = paragraph.begin(); !it.atEnd(); ++it) {
-        const QTextFragment fragment = it.fragment();
-        if (fragment.charFormat().foreground().color() == QColor(255, 0, 0)) {
-            const int from = fragment.position() - paragraph.position();
-            for (int i = from; i < from + fragment.length(); ++i) {
-                colours[i] = 'r';
-            }
-        }
-    }
+    QTextCursor cursor(paragraph);
+    cursor.setPosition(paragraph.position() + index + 1);
+    const bool red = cursor.charFormat().foreground().color() == QColor(255, 0, 0);
+    char colour = red ? 'r' : ' ';
     for (const QTextLayout::FormatRange& range :
          DecodedTextCompat::GetFormats(*paragraph.layout())) {
-        const int to = qMin(range.start + range.length, static_cast<int>(colours.size()));
-        for (int i = range.start; i < to; ++i) {
+        if (range.start <= index && index < range.start + range.length) {
             const char name = ColourName(range.format);
-            colours[i] = colours[i] == 'r' && name != 'g' ? static_cast<char>(name - 32) : name;
+            colour = red && name != 'g' ? static_cast<char>(name - 32) : name;
         }
     }
-    return colours;
+    return colour;
 }
 
 inline QString PrintParagraph(const QTextBlock& paragraph)
 {
     const DecodedTextLayoutItem* item = DecodedTextLayoutItem::Of(paragraph);
-    QString line = QLatin1String("-");
+    QString line = QLatin1String("-'");
     if (item) {
-        line =
-            QString::fromLatin1("%1[%2,%3)#").arg(item->block->id).arg(item->start).arg(item->end);
-        line += QString::number(item->snippetIndex);
+        line = QString::fromLatin1("%1[%2,%3)#%4'")
+                   .arg(item->block->id)
+                   .arg(item->start)
+                   .arg(item->end)
+                   .arg(item->snippetIndex);
     }
-    const QByteArray colours = Colours(paragraph);
-    line += QLatin1Char('\'');
-    char colour = ' ';
-    for (int i = 0; i < colours.size(); ++i) {
-        if (colours.at(i) != colour) {
+    char last = ' ';
+    for (int i = 0; i < paragraph.text().size(); ++i) {
+        const char colour = ColourAt(paragraph, i);
+        if (colour != last) {
             line += QLatin1String(i > 0 ? "|" : "");
-            colour = colours.at(i);
-            line += colour == ' ' ? QString() : QString(QLatin1Char(colour)) + QLatin1Char(':');
+            line += colour == ' ' ? QString() : QLatin1Char(colour) + QString::fromLatin1(":");
         }
+        last = colour;
         line += paragraph.text().at(i);
     }
     return line + QLatin1Char('\'');
@@ -73,9 +67,8 @@ inline QString PrintParagraph(const QTextBlock& paragraph)
 inline QString Print(const QTextDocument& document)
 {
     QStringList lines;
-    for (QTextBlock paragraph = document.begin(); paragraph.isValid();
-         paragraph = paragraph.next()) {
-        lines.append(PrintParagraph(paragraph));
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        lines.append(PrintParagraph(block));
     }
     return lines.join(QLatin1String(" / "));
 }

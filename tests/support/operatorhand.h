@@ -1,5 +1,4 @@
-// The operator's hand: places in a text area, mouse moves, and test rows written as the lines of a
-// table.
+// The operator's hand: places in a text area and mouse moves.
 #ifndef OPERATORHAND_H
 #define OPERATORHAND_H
 
@@ -8,22 +7,6 @@
 
 #include <QApplication>
 #include <QMouseEvent>
-
-#include <initializer_list>
-
-/// Rows "name | cell | cell"; the test function fetches the cells of its row as `row`.
-inline void AddTable(std::initializer_list<const char*> rows)
-{
-    QTest::addColumn<QStringList>("row");
-    for (const char* text : rows) {
-        QStringList cells;
-        for (const QString& cell : QString::fromLatin1(text).split(QLatin1Char('|'))) {
-            cells.append(cell.trimmed());
-        }
-        const QByteArray name = cells.takeFirst().toLatin1();
-        QTest::newRow(name.constData()) << cells;
-    }
-}
 
 /// Viewport coordinates of the gap in front of the character at \a docPos.
 inline QPoint PointAt(const DecodedTextContent& content, int docPos)

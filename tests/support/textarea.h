@@ -18,37 +18,40 @@ public:
         , modelSignals(&model)
     {
         content.resize(400, 200);
-        modelSignals.onSignal = [this](const QString& call) { Answer(call); };
+        modelSignals.onSignal = [this](const QString& call) {
+            if (call == QString::fromLatin1("DataChanged(%1,false)").arg(channel)) {
+                content.UpdateContent();
+            } else if (call == QString::fromLatin1("DataChanged(%1,true)").arg(channel)) {
+                content.RefreshContent();
+            } else if (call == QString::fromLatin1("TransmissionChanged(%1)").arg(channel)) {
+                content.UpdateView();
+            }
+        };
     }
-    /// Feeds one data block: "id position:text,position:text", "~" for a line feed; "end" ends the
-    /// transmission.
+    /// Feeds data blocks, separated by ";": "id position:text,position:text", "~" for a line feed;
+    /// "end" ends the transmission.
     void Feed(const QString& data)
     {
-        const int blank = static_cast<int>(data.indexOf(QLatin1Char(' ')));
-        TransmissionBuilder builder;
-        if (blank > 0) {
-            builder.Pieces(channel, data.mid(blank + 1), data.left(blank).toInt());
-        }
-        model.AddTransmission(builder.Xml());
-    }
-    void FeedAll(const QString& data)
-    {
         for (const QString& one : data.split(QLatin1Char(';'))) {
-            Feed(one);
+            TransmissionBuilder builder;
+            if (one.contains(QLatin1Char(' '))) {
+                builder.Pieces(channel, one.section(QLatin1Char(' '), 1),
+                               one.section(QLatin1Char(' '), 0, 0).toInt());
+            }
+            model.AddTransmission(builder.Xml());
         }
     }
     /// \a count numbered lines in one data block, each of \a length characters and its line feed.
     void FeedLines(int count, int length = 20, int id = 1)
     {
         const int at = Newest() && Newest()->id == id ? Newest()->nextPosition : 0;
-        TransmissionBuilder builder;
-        builder.Block(channel, id);
+        QStringList lines;
         for (int i = 0; i < count; ++i) {
-            const QString number = QString::number(fedLines++);
-            builder.Text(at + i * (length + 1),
-                         number.rightJustified(length, QLatin1Char('.')) + QLatin1Char('\n'));
+            lines.append(QString::fromLatin1("%1:%2~")
+                             .arg(at + i * (length + 1))
+                             .arg(fedLines++, length, 10, QLatin1Char('.')));
         }
-        model.AddTransmission(builder.Xml());
+        Feed(QString::number(id) + QLatin1Char(' ') + lines.join(QLatin1String(",")));
     }
     DecodedTextBlockPtr Newest() { return model.GetChannelData(channel)->GetLastBlock(); }
     void Show()
@@ -63,16 +66,6 @@ public:
     SignalRecorder modelSignals;
 
 private:
-    void Answer(const QString& call)
-    {
-        if (call == QString::fromLatin1("DataChanged(%1,false)").arg(channel)) {
-            content.UpdateContent();
-        } else if (call == QString::fromLatin1("DataChanged(%1,true)").arg(channel)) {
-            content.RefreshContent();
-        } else if (call == QString::fromLatin1("TransmissionChanged(%1)").arg(channel)) {
-            content.UpdateView();
-        }
-    }
     int fedLines = 0;
 };
 
