@@ -88,6 +88,9 @@ int DecodedTextBlock::BehindStart(int to) const
 
 void DecodedTextBlock::CollectCandidates(int from, int to, QVector<UserData*>& out) const
 {
+    if (from > to) {
+        qSwap(from, to); // a reversed range overlaps what lies between its bounds
+    }
     LearnUserData();
     const int low = FirstWithin(from);
     if (low > 0) {
@@ -188,7 +191,7 @@ void DecodedTextBlock::ImportUserData(const QVector<UserData*>& list, int offset
         }
         UserData* copy = new UserData(*incoming);
         copy->start += offset;
-        copy->end += offset;
+        copy->end = qMax(copy->end + offset, copy->start); // reversed by a careless sender
         copies.append(copy);
         const int from = copy->start;
         const int to = copy->end;

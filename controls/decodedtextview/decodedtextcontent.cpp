@@ -219,6 +219,8 @@ void DecodedTextContent::resizeEvent(QResizeEvent* event)
 {
     QPlainTextEdit::resizeEvent(event);
     LayoutSideAreas();
+    // A panel that shrinks because others opened goes on showing the newest text.
+    ScheduleScroll();
 }
 
 void DecodedTextContent::timerEvent(QTimerEvent* event)
