@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QLocale>
 #include <QTranslator>
+#include <QVector>
 
 namespace {
 
@@ -48,6 +49,37 @@ void InstallTranslations()
     }
 }
 
+/// The arguments with "--name TEXT" written as "--name=TEXT": with a display of the X Window System
+/// the application object takes the former for its own and removes it.
+class Arguments
+{
+public:
+    Arguments(int count, char** values)
+        : size(0)
+    {
+        for (int i = 0; i < count; ++i) {
+            QByteArray text(values[i]);
+            if (i > 0 && text == "--name" && i + 1 < count) {
+                text += '=';
+                text += values[++i];
+            }
+            texts.append(text);
+        }
+        for (QByteArray& text : texts) {
+            pointers.append(text.data());
+        }
+        size = static_cast<int>(pointers.size());
+        pointers.append(nullptr);
+    }
+
+    int size; ///< changed by the application object
+    char** Values() { return pointers.data(); }
+
+private:
+    QVector<QByteArray> texts;
+    QVector<char*> pointers; ///< into texts
+};
+
 int RunDemo(HostOptions options, bool isHeadless)
 {
     if (isHeadless && options.screenshotFile.isEmpty() && options.textFile.isEmpty()) {
@@ -75,7 +107,8 @@ int main(int argc, char* argv[])
         qputenv("TZ", "UTC");
     }
     const bool isHeadless = IsHeadless();
-    QApplication application(argc, argv);
+    Arguments arguments(argc, argv); // outlives the application object, which refers to it
+    QApplication application(arguments.size, arguments.Values());
     QCoreApplication::setApplicationName(QLatin1String("decodedtexthost"));
     QCoreApplication::setOrganizationName(QLatin1String("DecodedTextView"));
     QCoreApplication::setApplicationVersion(QLatin1String(DTV_VERSION));
