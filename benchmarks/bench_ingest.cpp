@@ -130,6 +130,20 @@ void ManyAgainstFew()
 
 } // namespace
 
+bool DoIngestWork(const QString& side, int count)
+{
+    if (side == QLatin1String("documents")) {
+        DocumentStream stream(1);
+        TakeDocuments(stream, count);
+        return true;
+    }
+    if (side != QLatin1String("many-channels") && side != QLatin1String("few-channels")) {
+        return false;
+    }
+    ManyChannels(side == QLatin1String("many-channels") ? 1000 : 10).Round(count);
+    return true;
+}
+
 void RunIngestRows()
 {
     if (Benchmark::IsWanted(QLatin1String("1 AddTransmission"))) {

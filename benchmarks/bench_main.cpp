@@ -16,6 +16,12 @@ int main(int argc, char** argv)
     if (row > 0 && row + 1 < arguments.size()) {
         Benchmark::SetFilter(arguments.at(row + 1));
     }
+    const int work = static_cast<int>(arguments.indexOf(QLatin1String("--work")));
+    if (work > 0 && work + 2 < arguments.size()) {
+        const QString side = arguments.at(work + 1);
+        const int count = arguments.at(work + 2).toInt();
+        return DoIngestWork(side, count) || DoMergeWork(side, count) ? 0 : 2;
+    }
     RunIngestRows();
     RunDocumentRows();
     RunMemoryRows();

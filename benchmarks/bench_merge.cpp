@@ -22,6 +22,7 @@ public:
         for (int i = 1; i <= kChannels; ++i) {
             DocumentStream stream(i, static_cast<unsigned int>(i));
             stream.SetLate(10, 1000);
+            stream.SetTurn(i - 1, kChannels);
             streams.append(stream);
             map.insert(i, i);
             model.DefineChannelName(i, QString::fromLatin1("Station %1").arg(i));
@@ -34,14 +35,14 @@ public:
         }
     }
 
-    double Batch()
+    double Batch(int count = kBatch)
     {
         QVector<QString> documents;
-        for (int i = 0; i < kBatch; ++i) {
+        for (int i = 0; i < count; ++i) {
             documents.append(streams[next].Next());
             next = (next + 1) % kChannels;
         }
-        return Benchmark::Cost(kBatch, [&]() {
+        return Benchmark::Cost(count, [&]() {
             for (const QString& document : documents) {
                 Add(document);
             }
@@ -67,6 +68,15 @@ private:
 };
 
 } // namespace
+
+bool DoMergeWork(const QString& side, int count)
+{
+    if (side != QLatin1String("merged") && side != QLatin1String("plain")) {
+        return false;
+    }
+    Feed(side == QLatin1String("merged"), 10000).Batch(count);
+    return true;
+}
 
 void RunMergeRows()
 {

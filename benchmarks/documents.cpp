@@ -29,6 +29,7 @@ DocumentStream::DocumentStream(int ofChannel, unsigned int seed)
     , lateMs(0)
     , lowPercent(10)
     , interval(1000)
+    , shares(1)
     , position(0)
     , id(1)
     , time(kStart)
@@ -39,6 +40,12 @@ void DocumentStream::SetLate(int percent, int ms)
 {
     latePercent = percent;
     lateMs = ms;
+}
+
+void DocumentStream::SetTurn(int turn, int count)
+{
+    shares = count;
+    time += turn * interval / count;
 }
 
 unsigned int DocumentStream::Random(unsigned int below)
@@ -77,7 +84,7 @@ QString DocumentStream::Next()
     for (int i = 0; i < stamps; ++i) {
         SorvinResultDataXml::TimeStamp stamp;
         const bool late = static_cast<int>(Random(100)) < latePercent;
-        stamp.time = Utc(time + i * interval / 4 -
+        stamp.time = Utc(time + i * interval / (4 * shares) -
                          (late ? static_cast<int>(Random(static_cast<unsigned int>(lateMs))) : 0));
         stamp.position = position + i * static_cast<int>(text.size()) / stamps;
         stamp.quality = static_cast<int>(Random(100)) < lowPercent ? 20 : 90;

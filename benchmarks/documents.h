@@ -25,6 +25,9 @@ public:
     void SetLow(int percent) { lowPercent = percent; }
     /// Milliseconds between two documents.
     void SetInterval(int ms) { interval = ms; }
+    /// The stream is one of \a count that send in turn, the one with index \a turn: its times lie
+    /// in its share of the interval.
+    void SetTurn(int turn, int count);
 
 private:
     unsigned int Random(unsigned int below);
@@ -39,6 +42,7 @@ private:
     int lateMs;
     int lowPercent;
     int interval;
+    int shares;
     int position;
     int id;
     qint64 time;

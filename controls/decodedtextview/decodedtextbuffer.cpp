@@ -45,6 +45,11 @@ void DecodedTextBlockList::clear()
 
 DecodedTextBlockPtr DecodedTextBlockList::Find(const QDateTime& time, int id) const
 {
+    // Nearly always the transmission that is running; its block is about to be used anyway.
+    if (!items.isEmpty() && items.last()->id == id &&
+        DecodedTextTime::Same(items.last()->startTime, time)) {
+        return items.last();
+    }
     return DecodedTextBlockPtr(byTransmission.value(KeyOf(time, id), nullptr));
 }
 

@@ -33,8 +33,8 @@ QString ActiveUserProxy::GetActiveUserName()
         }
     }
     // Asked for with every channel label, and costly to find out; a process keeps its owner.
-    static const QString* const owner = new QString(OwnerOfProcess());
-    return *owner;
+    static const QString owner = OwnerOfProcess();
+    return owner;
 }
 
 ActiveUserProxy& ActiveUserProxy::instance()

@@ -15,7 +15,10 @@ int main(int argc, char** argv)
     SorvinResultDataXml::Transmission transmission;
     transmission.SetStartTime(QDateTime::currentDateTimeUtc());
     auto* const block = new SorvinResultDataXml::DataBlock(1, 0, 0);
-    block->SetContent(QLatin1String("cq cq de station"));
+    block->SetTimeStamp(transmission.GetStartTime());
+    block->BeginFrame();
+    block->AppendData(QLatin1String("cq cq de station"));
+    block->EndFrame();
     transmission.AddDataBlock(block);
     view.AddTransmission(transmission.GetXmlString());
     view.show();
