@@ -20,6 +20,8 @@ DecodedTextTimeArea::DecodedTextTimeArea(DecodedTextContent* ofContent)
     , content(ofContent)
     , background(220, 220, 220)
     , width(kInitialWidth)
+    , lineHeight(0)
+    , charWidth(0)
 {
     setObjectName(QLatin1String("Timestamps"));
     // It fills itself: scrolling it needs no repaint of what lies below.
@@ -39,11 +41,23 @@ void DecodedTextTimeArea::paintEvent(QPaintEvent* event)
     content->PaintTimeArea(painter, event->rect());
 }
 
-const QStaticText& DecodedTextTimeArea::ClockText(const QDateTime& time, const QFont& font)
+/// Takes the measures of \a font, and forgets what was laid out in another one.
+void DecodedTextTimeArea::Measure(const QFont& font)
 {
-    if (clockTexts.size() >= kMaxCachedTexts || clockFont != font) {
+    if (clockFont == font && lineHeight > 0) {
+        return;
+    }
+    const QFontMetrics metrics(font);
+    lineHeight = qMax(1, metrics.lineSpacing());
+    charWidth = qMax(1, metrics.maxWidth());
+    clockFont = font;
+    clockTexts.clear();
+}
+
+const QStaticText& DecodedTextTimeArea::ClockText(const QDateTime& time)
+{
+    if (clockTexts.size() >= kMaxCachedTexts) {
         clockTexts.clear();
-        clockFont = font;
     }
     const qint64 ms = DecodedTextTime::Key(time);
     const qint64 key = ms / kMsPerSecond -
@@ -52,7 +66,7 @@ const QStaticText& DecodedTextTimeArea::ClockText(const QDateTime& time, const Q
     if (known == clockTexts.end()) {
         QStaticText laidOut(DecodedTextTime::LocalClock(time));
         laidOut.setTextFormat(Qt::PlainText);
-        laidOut.prepare(QTransform(), font);
+        laidOut.prepare(QTransform(), clockFont);
         known = clockTexts.insert(key, laidOut);
     }
     return known.value();
@@ -82,13 +96,11 @@ void DecodedTextTimeArea::PaintLine(QPainter& painter, const DecodedTextLayoutIt
         PaintGap(painter, top, bottom);
         return;
     }
-    const QFontMetrics metrics = painter.fontMetrics();
-    const int lineHeight = qMax(1, metrics.lineSpacing());
-    const int charWidth = qMax(1, metrics.maxWidth());
-    painter.drawStaticText(1, top, ClockText(block.GetSnippetTime(i), painter.font()));
+    Measure(painter.font());
+    painter.drawStaticText(1, top, ClockText(block.GetSnippetTime(i)));
     int k = 0;
     for (int y = top + lineHeight; y + lineHeight <= bottom; y += lineHeight) {
         k += paragraphWidth / charWidth;
-        painter.drawStaticText(1, y, ClockText(block.GetTimeAt(item.start + k, i), painter.font()));
+        painter.drawStaticText(1, y, ClockText(block.GetTimeAt(item.start + k, i)));
     }
 }

@@ -33,13 +33,16 @@ protected:
 private:
     Q_DISABLE_COPY(DecodedTextTimeArea)
     void PaintGap(QPainter& painter, int top, int bottom) const;
-    const QStaticText& ClockText(const QDateTime& time, const QFont& font);
+    void Measure(const QFont& font);
+    const QStaticText& ClockText(const QDateTime& time);
 
     DecodedTextContent* content; ///< borrowed, the parent
     QColor background;
     int width;                             ///< pixels
     QHash<qint64, QStaticText> clockTexts; ///< laid out, by second UTC, bounded
     QFont clockFont;                       ///< that they are laid out in
+    int lineHeight;                        ///< of that font, pixels; 0: not known yet
+    int charWidth;                         ///< of its widest character, pixels
 };
 
 #endif
