@@ -91,11 +91,7 @@ void Append(bool colorCoding)
             });
         },
         [&]() {
-            QVector<QString> texts;
-            for (int i = 0; i < batch; ++i) {
-                pair.same.Next();
-                texts.append(pair.same.Text());
-            }
+            const QVector<QString> texts = TakeTexts(pair.same, batch);
             return Benchmark::Cost(batch, [&]() {
                 for (const QString& text : texts) {
                     pair.AppendBare(text);
@@ -146,11 +142,7 @@ void Painted(bool wholeView)
             });
         },
         [&]() {
-            QVector<QString> texts;
-            for (int i = 0; i < batch; ++i) {
-                pair.same.Next();
-                texts.append(pair.same.Text());
-            }
+            const QVector<QString> texts = TakeTexts(pair.same, batch);
             return Benchmark::Cost(batch, [&]() {
                 for (const QString& text : texts) {
                     pair.AppendBare(text);

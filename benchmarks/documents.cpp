@@ -105,3 +105,14 @@ QVector<QString> TakeDocuments(DocumentStream& stream, int count)
     }
     return documents;
 }
+
+QVector<QString> TakeTexts(DocumentStream& stream, int count)
+{
+    QVector<QString> texts;
+    texts.reserve(count);
+    for (int i = 0; i < count; ++i) {
+        stream.Next();
+        texts.append(stream.Text());
+    }
+    return texts;
+}

@@ -50,5 +50,7 @@ private:
 
 /// \a count documents of \a stream.
 QVector<QString> TakeDocuments(DocumentStream& stream, int count);
+/// Their texts alone.
+QVector<QString> TakeTexts(DocumentStream& stream, int count);
 
 #endif

@@ -5,6 +5,7 @@
 #include "blockprinter.h"
 #include "fatallog.h"
 #include "fixedclock.h"
+#include "modelacts.h"
 #include "rowtable.h"
 #include "transmissionbuilder.h"
 
@@ -15,26 +16,6 @@ namespace {
 
 const int kChannel = 3;
 const int kUser = DecodedTextData::UserChannelID;
-
-QDateTime At(int second)
-{
-    return TestStart().addSecs(second);
-}
-
-int Length(const QString& text)
-{
-    return static_cast<int>(text.size());
-}
-
-UserData* Annotation(const QString& type, int from, int to, const QString& comment)
-{
-    UserData* annotation = new UserData;
-    annotation->type = type;
-    annotation->start = from;
-    annotation->end = to;
-    (type == UserData::CallSignType ? annotation->callSign : annotation->comment) = comment;
-    return annotation;
-}
 
 /// Random acts on a block and on a list of characters, each with a number of its own; a change
 /// there keeps the characters that it took away.

@@ -5,6 +5,7 @@
 #include "blockprinter.h"
 #include "decodedtextpositionmap.h"
 #include "fatallog.h"
+#include "modelacts.h"
 #include "rowtable.h"
 #include "signalrecorder.h"
 #include "transmissionbuilder.h"
@@ -12,43 +13,6 @@
 using SorvinResultDataXml::UserData;
 
 namespace {
-
-QDateTime At(int second)
-{
-    return TestStart().addSecs(second);
-}
-
-QString AddMerged(DecodedTextData& model, const QString& xml)
-{
-    QMap<int, int> channelMap;
-    for (int channel = 1; channel <= 9; ++channel) {
-        channelMap.insert(channel, channel);
-    }
-    SignalRecorder recorder(&model);
-    QVector<int> channels;
-    model.AddTransmission(channelMap, channels, xml);
-    return recorder.calls.isEmpty() ? QString() : recorder.calls.last();
-}
-
-/// Stores an annotation in the newest merged block; \a text is a change's new text.
-void Store(DecodedTextData& model, const QString& type, int from, int to, const QString& text)
-{
-    const DecodedTextBlockPtr merged = model.GetChannelData(0)->GetLastBlock();
-    UserData* annotation = new UserData;
-    annotation->type = type;
-    annotation->start = from;
-    annotation->end = to;
-    annotation->callSign = type == UserData::CallSignType ? text : QString();
-    annotation->comment = type == UserData::CommentType ? text : QString();
-    if (type == UserData::ChangeType) {
-        annotation->text = text;
-        annotation->oldText = merged->GetText(from, to);
-        annotation->end = from + static_cast<int>(text.size());
-    }
-    if (!model.SetUserData(merged, annotation, type, from, to)) {
-        delete annotation;
-    }
-}
 
 /// Acts separated by semicolons: "2 0:AB@1,5:~@3" channel 2 sends "AB" at stream position 0 and
 /// second 1, then a line feed; "2#7 ..." in a data block with ID 7; "sep X" separator, "name 2 X",
@@ -91,8 +55,8 @@ public:
             const DecodedTextBlockPtr merged = model.GetChannelData(0)->GetLastBlock();
             const int from = random(merged->GetLastPosition() + 1);
             const int to = qMin(merged->GetLastPosition(), from + random(5));
-            Store(model, random(3) ? UserData::ChangeType : UserData::CallSignType, from, to,
-                  QString(random(4), QLatin1Char('X')));
+            StoreMerged(model, random(3) ? UserData::ChangeType : UserData::CallSignType, from, to,
+                        QString(random(4), QLatin1Char('X')));
             if (random(3) == 0) {
                 model.SetUserData(merged, nullptr, UserData::ChangeType, from, from + random(30));
             }
@@ -241,7 +205,7 @@ private:
                 ids.append(id);
             }
         }
-        Store(model, UserData::CommentType, from, to, QString::number(nextComment));
+        StoreMerged(model, UserData::CommentType, from, to, QString::number(nextComment));
         comments.insert(nextComment++, ids);
         for (const int key : comments.keys()) {
             if (!Find(key)) {

@@ -153,20 +153,8 @@ void Demo::WriteOutputs()
     if (!window || !view) {
         return;
     }
-    QStringList errors;
-    if (!options.screenshotFile.isEmpty()) {
-        errors.append(WritePicture(options.screenshotFile, window));
-    }
-    if (!options.textFile.isEmpty()) {
-        errors.append(WriteText(options.textFile, *panels));
-    }
-    if (!options.exportFile.isEmpty()) {
-        errors.append(WriteExport(options.exportFile, view, *panels));
-    }
-    for (const QString& error : errors) {
-        if (!error.isEmpty()) {
-            Fail(error);
-        }
+    for (const QString& error : WriteWhatIsAskedFor(options, window, view, *panels)) {
+        Fail(error);
     }
 }
 

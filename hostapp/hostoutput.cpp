@@ -6,6 +6,7 @@
 #include "channeltext.h"
 #include "decodedtextcompat.h"
 #include "decodedtextview.h"
+#include "options.h"
 #include "sorvinresultdata.h"
 #include "sorvinresultdataexception.h"
 
@@ -86,6 +87,23 @@ QString WriteExport(const QString& file, DecodedTextView* view, const ChannelPan
     } catch (const SorvinResultDataXml::SorvinResultDataException& exception) {
         return file + QLatin1String(": ") + exception.message;
     }
+}
+
+QStringList WriteWhatIsAskedFor(const HostOptions& options, QWidget* window, DecodedTextView* view,
+                                const ChannelPanels& panels)
+{
+    QStringList errors;
+    if (!options.screenshotFile.isEmpty()) {
+        errors.append(WritePicture(options.screenshotFile, window));
+    }
+    if (!options.textFile.isEmpty()) {
+        errors.append(WriteText(options.textFile, panels));
+    }
+    if (!options.exportFile.isEmpty()) {
+        errors.append(WriteExport(options.exportFile, view, panels));
+    }
+    errors.removeAll(QString());
+    return errors;
 }
 
 void PrintError(const QString& message)

@@ -253,19 +253,7 @@ void HostWindow::Report(const QString& error, const QString& success)
 
 void HostWindow::WriteOutputs()
 {
-    QStringList errors;
-    if (!options.screenshotFile.isEmpty()) {
-        errors.append(WritePicture(options.screenshotFile, this));
-    }
-    if (!options.textFile.isEmpty()) {
-        errors.append(WriteText(options.textFile, *panels));
-    }
-    if (!options.exportFile.isEmpty()) {
-        errors.append(WriteExport(options.exportFile, view, *panels));
-    }
-    for (const QString& error : errors) {
-        if (!error.isEmpty()) {
-            Fail(error);
-        }
+    for (const QString& error : WriteWhatIsAskedFor(options, this, view, *panels)) {
+        Fail(error);
     }
 }

@@ -5,6 +5,7 @@
 #include "blockprinter.h"
 #include "fatallog.h"
 #include "fixedclock.h"
+#include "modelacts.h"
 #include "rowtable.h"
 #include "signalrecorder.h"
 #include "transmissionbuilder.h"
@@ -87,26 +88,6 @@ const char* const kActs[] = {
     "shift beyond-the-end ;; HELLO WORLD ;; c 4 8; s 9 11; shift 0 1 3 ;;  ;; [0,11)'HELLO WORLD' {Comment [7,11)'C'} open ;; {CallSign [9,11)'S'}",
 };
 // clang-format on
-
-QDateTime At(int second)
-{
-    return TestStart().addSecs(second);
-}
-
-int Length(const QString& text)
-{
-    return static_cast<int>(text.size());
-}
-
-UserData* Annotation(const QString& type, int from, int to, const QString& comment)
-{
-    UserData* annotation = new UserData;
-    annotation->type = type;
-    annotation->start = from;
-    annotation->end = to;
-    (type == UserData::CallSignType ? annotation->callSign : annotation->comment) = comment;
-    return annotation;
-}
 
 /// A block made from "HELLO |WORLD~4~AGAIN": a bar ends a snippet, ~4~ are four lost positions.
 /// Acts, separated by semicolons: "c from to" comment, "s from to" call sign, "x from to new<old"

@@ -4,6 +4,7 @@
 #include "blockprinter.h"
 #include "decodedtextpositionmap.h"
 #include "fatallog.h"
+#include "modelacts.h"
 #include "rowtable.h"
 #include "signalrecorder.h"
 #include "transmissionbuilder.h"
@@ -65,43 +66,6 @@ const char* const kMapped[] = {
 };
 // clang-format on
 
-QDateTime At(int second)
-{
-    return TestStart().addSecs(second);
-}
-
-QString AddMerged(DecodedTextData& model, const QString& xml)
-{
-    QMap<int, int> channelMap;
-    for (int channel = 1; channel <= 9; ++channel) {
-        channelMap.insert(channel, channel);
-    }
-    SignalRecorder recorder(&model);
-    QVector<int> channels;
-    model.AddTransmission(channelMap, channels, xml);
-    return recorder.calls.isEmpty() ? QString() : recorder.calls.last();
-}
-
-/// Stores an annotation in the newest merged block; \a text is a change's new text.
-void Store(DecodedTextData& model, const QString& type, int from, int to, const QString& text)
-{
-    const DecodedTextBlockPtr merged = model.GetChannelData(0)->GetLastBlock();
-    UserData* annotation = new UserData;
-    annotation->type = type;
-    annotation->start = from;
-    annotation->end = to;
-    annotation->callSign = type == UserData::CallSignType ? text : QString();
-    annotation->comment = type == UserData::CommentType ? text : QString();
-    if (type == UserData::ChangeType) {
-        annotation->text = text;
-        annotation->oldText = merged->GetText(from, to);
-        annotation->end = from + static_cast<int>(text.size());
-    }
-    if (!model.SetUserData(merged, annotation, type, from, to)) {
-        delete annotation;
-    }
-}
-
 /// Acts separated by semicolons: "2 0:AB@1,5:~@3" channel 2 sends "AB" at stream position 0 and
 /// second 1, then a line feed; "2#7 ..." in a data block with ID 7; "sep X" separator, "name 2 X",
 /// "end", "c from to" comment, "s from to" call sign, "x from to text" change, "r from to" take it
@@ -122,11 +86,11 @@ QString RunScript(DecodedTextData& model, const QString& acts)
         } else if (verb == QLatin1String("end")) {
             model.EndTransmission();
         } else if (verb == QLatin1String("c")) {
-            Store(model, UserData::CommentType, from, to, QLatin1String("C"));
+            StoreMerged(model, UserData::CommentType, from, to, QLatin1String("C"));
         } else if (verb == QLatin1String("s")) {
-            Store(model, UserData::CallSignType, from, to, QLatin1String("S"));
+            StoreMerged(model, UserData::CallSignType, from, to, QLatin1String("S"));
         } else if (verb == QLatin1String("x")) {
-            Store(model, UserData::ChangeType, from, to, rest.section(QLatin1Char(' '), 2));
+            StoreMerged(model, UserData::ChangeType, from, to, rest.section(QLatin1Char(' '), 2));
         } else if (verb == QLatin1String("r")) {
             const DecodedTextBlockPtr merged = model.GetChannelData(0)->GetLastBlock();
             model.SetUserData(merged, nullptr, UserData::ChangeType, from, to);

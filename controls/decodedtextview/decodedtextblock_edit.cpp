@@ -189,13 +189,7 @@ void DecodedTextBlock::PlaceRest(int from, int delta, int remainder, int lowest,
             }
         }
     }
-    for (int i = lowest + 1; i < snippets.size(); ++i) {
-        const int previousEnd = snippets.at(i - 1).end;
-        DecodedTextSnippet& snippet = snippets.KeepingLength(i);
-        const int span = snippet.end - snippet.start;
-        snippet.start = snippet.IsGap() ? qMax(snippet.start + delta, previousEnd) : previousEnd;
-        snippet.end = snippet.start + span;
-    }
+    RepackAfter(lowest, delta);
 }
 
 /// Index of the snippet under [from, to] that took \a share, -1 when it is gone. A merge may have

@@ -60,7 +60,8 @@ bool DecodedTextDispatcher::IsRegistered(int channel, DecodedTextChannel* panel)
     return found != panels.constEnd() && found->contains(panel);
 }
 
-void DecodedTextDispatcher::DataChanged(int channel, bool refresh)
+/// Calls the panels of \a channel. Any of them may take others away, or the dispatcher.
+template <typename Call> void DecodedTextDispatcher::CallPanels(int channel, Call call)
 {
     const QPointer<DecodedTextDispatcher> self(this);
     const Panels receivers = panels.value(channel);
@@ -69,23 +70,22 @@ void DecodedTextDispatcher::DataChanged(int channel, bool refresh)
             return;
         }
         if (IsRegistered(channel, panel)) {
-            panel->DataChanged(channel, refresh);
+            call(panel);
         }
     }
 }
 
+void DecodedTextDispatcher::DataChanged(int channel, bool refresh)
+{
+    CallPanels(channel, [channel, refresh](DecodedTextChannel* panel) {
+        panel->DataChanged(channel, refresh);
+    });
+}
+
 void DecodedTextDispatcher::TransmissionChanged(int channel)
 {
-    const QPointer<DecodedTextDispatcher> self(this);
-    const Panels receivers = panels.value(channel);
-    for (DecodedTextChannel* panel : receivers) {
-        if (!self) {
-            return;
-        }
-        if (IsRegistered(channel, panel)) {
-            panel->TransmissionChanged(channel);
-        }
-    }
+    CallPanels(channel,
+               [channel](DecodedTextChannel* panel) { panel->TransmissionChanged(channel); });
 }
 
 void DecodedTextDispatcher::BeginHandOver()

@@ -58,6 +58,7 @@ private:
 
     typedef QVector<DecodedTextChannel*> Panels;
     bool IsRegistered(int channel, DecodedTextChannel* panel) const;
+    template <typename Call> void CallPanels(int channel, Call call);
     void AwaitEventLoop();
 
     QHash<int, Panels> panels; ///< borrowed
