@@ -24,8 +24,7 @@ endif()
 function(dtv_add_test name)
     cmake_parse_arguments(ARG "" "" "LIBRARIES;SOURCES" ${ARGN})
     add_executable(${name} ${name}.cpp ${ARG_SOURCES})
-    target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests/support")
-    target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} ${DTV_QT_TEST} dtv_options)
+    target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} dtvtestsupport dtv_options)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=Asia/Kolkata;LC_ALL=C.UTF-8;LANGUAGE=en;QT_LOGGING_RULES=qt.qpa.*=false"

@@ -3,11 +3,11 @@
 // sets the number of seeds. A failure names seed and act.
 
 #include "blockprinter.h"
-#include "fatallog.h"
 #include "fixedclock.h"
 #include "modelacts.h"
 #include "rowtable.h"
 #include "transmissionbuilder.h"
+#include "watchedtest.h"
 
 using SorvinResultDataXml::DataBlock;
 using SorvinResultDataXml::UserData;
@@ -471,14 +471,11 @@ private:
 
 } // namespace
 
-class FuzzChanges : public QObject
+class FuzzChanges : public WatchedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { log.Start(); }
-    void cleanup() { log.Check(); }
-
     void RandomSequence_data()
     {
         QTest::addColumn<bool>("typed");
@@ -501,9 +498,6 @@ private Q_SLOTS:
         }
         QVERIFY2(refused > 0, "no refusal was met");
     }
-
-private:
-    FatalLog log;
 };
 
 QTEST_GUILESS_MAIN(FuzzChanges)

@@ -4,11 +4,11 @@
 
 #include "blockprinter.h"
 #include "decodedtextpositionmap.h"
-#include "fatallog.h"
 #include "modelacts.h"
 #include "rowtable.h"
 #include "signalrecorder.h"
 #include "transmissionbuilder.h"
+#include "watchedtest.h"
 
 using SorvinResultDataXml::UserData;
 
@@ -290,14 +290,11 @@ private:
 
 } // namespace
 
-class FuzzMerge : public QObject
+class FuzzMerge : public WatchedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { log.Start(); }
-    void cleanup() { log.Check(); }
-
     void RandomSequence_data()
     {
         QTest::addColumn<bool>("wild");
@@ -317,9 +314,6 @@ private Q_SLOTS:
             }
         }
     }
-
-private:
-    FatalLog log;
 };
 
 QTEST_GUILESS_MAIN(FuzzMerge)

@@ -5,10 +5,10 @@
 #include "decodedtextinfoarea.h"
 #include "decodedtextview.h"
 #include "dialogdriver.h"
-#include "fatallog.h"
 #include "operatorhand.h"
 #include "rowtable.h"
 #include "textarea.h"
+#include "watchedtest.h"
 
 #include <QLineEdit>
 #include <QWindow>
@@ -74,19 +74,16 @@ private:
 
 } // namespace
 
-class tst_annotate : public QObject
+class tst_annotate : public WatchedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void init()
     {
-        log.Start();
-        log.Announce("This plugin does not support");
-        log.Announce("No drag target set"); // when the widget under a drag goes
+        WatchedTest::init();
+        Announce("No drag target set"); // when the widget under a drag goes
     }
-    void cleanup() { log.Check(); }
-
     void ranges_data()
     {
         // "first", closed / nothing / "alpha", lost, "beta" / "gamma", open
@@ -311,9 +308,6 @@ private Q_SLOTS:
         }
         QCOMPARE(block->CheckConsistency(), QString());
     }
-
-private:
-    FatalLog log;
 };
 
 QTEST_MAIN(tst_annotate)

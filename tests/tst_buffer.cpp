@@ -1,9 +1,9 @@
 // A channel's buffer: trimming, holding and overflowing, the last block, the ticker text, and the
 // totals and index behind them.
 #include "blockprinter.h"
-#include "fatallog.h"
 #include "signalrecorder.h"
 #include "transmissionbuilder.h"
+#include "watchedtest.h"
 
 namespace {
 
@@ -20,14 +20,11 @@ QString WalkTicker(const DecodedTextBuffer& buffer, int maxChars)
 
 } // namespace
 
-class tst_buffer : public QObject
+class tst_buffer : public WatchedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { log.Start(); }
-    void cleanup() { log.Check(); }
-
     void trim_data()
     {
         QTest::addColumn<QString>("lengths"); // of the blocks, in snippets of up to 100 characters
@@ -195,9 +192,6 @@ private Q_SLOTS:
         QVERIFY(!model.ChannelExists(1) && !model.ChannelExists(2));
         QCOMPARE(recorder.Take(), QString("ChannelCreated(1) DataChanged(1,false)"));
     }
-
-private:
-    FatalLog log;
 };
 
 QTEST_GUILESS_MAIN(tst_buffer)

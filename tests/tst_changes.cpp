@@ -3,12 +3,12 @@
 // fuzz/fuzz_changes.cpp.
 
 #include "blockprinter.h"
-#include "fatallog.h"
 #include "fixedclock.h"
 #include "modelacts.h"
 #include "rowtable.h"
 #include "signalrecorder.h"
 #include "transmissionbuilder.h"
+#include "watchedtest.h"
 
 using SorvinResultDataXml::DataBlock;
 using SorvinResultDataXml::UserData;
@@ -192,14 +192,11 @@ private:
 
 } // namespace
 
-class TestChanges : public QObject
+class TestChanges : public WatchedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { log.Start(); }
-    void cleanup() { log.Check(); }
-
     void StoreAndTakeBack_data() { AddRows(kStored); }
     void StoreAndTakeBack()
     {
@@ -261,9 +258,6 @@ private Q_SLOTS:
         QCOMPARE(block.snippets.at(0).changeDelta, -1);
         QVERIFY(!block.snippets.at(2).Has(DecodedTextSnippet::UserChanged));
     }
-
-private:
-    FatalLog log;
 };
 
 QTEST_GUILESS_MAIN(TestChanges)

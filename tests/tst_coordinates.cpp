@@ -1,8 +1,8 @@
 // docs/coordinates.md against the very block that it describes: every cell of its table, so that
 // the page cannot go stale.
 #include "blockprinter.h"
-#include "fatallog.h"
 #include "transmissionbuilder.h"
+#include "watchedtest.h"
 
 #include <QFile>
 
@@ -54,14 +54,11 @@ QList<QStringList> Rows()
 
 } // namespace
 
-class tst_coordinates : public QObject
+class tst_coordinates : public WatchedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { log.Start(); }
-    void cleanup() { log.Check(); }
-
     void table_data()
     {
         for (const char* column : {"streamPos", "pos", "index", "docPos", "snippetIndex"}) {
@@ -110,8 +107,29 @@ private Q_SLOTS:
         }
     }
 
-private:
-    FatalLog log;
+    void countPositions_data()
+    {
+        QTest::addColumn<int>("snippet");
+        QTest::addColumn<int>("pos");
+        QTest::addColumn<int>("characters");
+        QTest::addColumn<int>("positions");
+        QTest::newRow("inside a snippet") << 0 << 1 << 2 << 2;
+        QTest::newRow("across a gap marker") << 0 << 2 << 4 << 6;
+        QTest::newRow("first half of a marker") << 1 << 4 << 1 << 1;
+        QTest::newRow("second half of a marker") << 1 << 5 << 1 << 3;
+    }
+    void countPositions()
+    {
+        QFETCH(int, snippet);
+        QFETCH(int, pos);
+        QFETCH(int, characters);
+        DecodedTextBlock block(1, 1, TestStart());
+        bool refresh = false;
+        TransmissionBuilder builder; // [0,4)'abcd' [4,8)gap'\n\n' [8,12)'efgh'
+        block.AppendData(builder.Pieces(1, "0:abcd").Last(), false, refresh);
+        block.AppendData(builder.Pieces(1, "8:efgh").Last(), false, refresh);
+        QTEST(block.CountPositions(snippet, pos, characters), "positions");
+    }
 };
 
 QTEST_GUILESS_MAIN(tst_coordinates)

@@ -2,11 +2,11 @@
 // questions whether there is anything to export. What was exported is read back and fed in again.
 
 #include "blockprinter.h"
-#include "fatallog.h"
 #include "fixedclock.h"
 #include "signalrecorder.h"
 #include "sorvinresultdata.h"
 #include "transmissionbuilder.h"
+#include "watchedtest.h"
 
 using SorvinResultDataXml::DataBlock;
 using SorvinResultDataXml::SorvinResultData;
@@ -72,14 +72,11 @@ void Store(DecodedTextData& model, const DecodedTextBlockPtr& block, const QStri
 
 } // namespace
 
-class TestExport : public QObject
+class TestExport : public WatchedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { log.Start(); }
-    void cleanup() { log.Check(); }
-
     void Transmissions()
     {
         DecodedTextData model;
@@ -301,8 +298,6 @@ private:
         block.SetXmlString(call.mid(from, call.lastIndexOf(QLatin1Char('>')) + 1 - from));
         return call.left(qMax(0, from)) + Show(block);
     }
-
-    FatalLog log;
 };
 
 QTEST_GUILESS_MAIN(TestExport)

@@ -2,10 +2,10 @@
 // or everything is formatted anew.
 #include "decodedtexthighlighter.h"
 #include "documentprinter.h"
-#include "fatallog.h"
 #include "rowtable.h"
 #include "textarea.h"
 #include "userdata.h"
+#include "watchedtest.h"
 
 using SorvinResultDataXml::UserData;
 
@@ -41,14 +41,11 @@ QString Texts(const TextArea& area)
 
 } // namespace
 
-class tst_highlighter : public QObject
+class tst_highlighter : public WatchedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { log.Start(); }
-    void cleanup() { log.Check(); }
-
     void formats_data()
     {
         // fed, annotations of the newest block, shown
@@ -112,9 +109,6 @@ private Q_SLOTS:
         }
         QVERIFY(Texts(area).endsWith("/x"));
     }
-
-private:
-    FatalLog log;
 };
 
 QTEST_MAIN(tst_highlighter)

@@ -1,10 +1,10 @@
 // The info area: which call sign of which line is under the mouse, and what its menu does to it.
 #include "decodedtextinfoarea.h"
 #include "dialogdriver.h"
-#include "fatallog.h"
 #include "operatorhand.h"
 #include "rowtable.h"
 #include "textarea.h"
+#include "watchedtest.h"
 
 #include <QComboBox>
 #include <QContextMenuEvent>
@@ -38,17 +38,11 @@ int TopAt(const DecodedTextContent& content, int docPos)
 
 } // namespace
 
-class tst_infoarea : public QObject
+class tst_infoarea : public WatchedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        log.Start();
-        log.Announce("This plugin does not support");
-    }
-    void cleanup() { log.Check(); }
     void underTheMouse_data()
     {
         // visual line, characters from the column's left edge, the text selected
@@ -127,9 +121,6 @@ private Q_SLOTS:
         QVERIFY(!buffer->hold);
         QVERIFY(IsIdle(area.content));
     }
-
-private:
-    FatalLog log;
 };
 
 QTEST_MAIN(tst_infoarea)

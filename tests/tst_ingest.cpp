@@ -2,10 +2,10 @@
 // receivers that pull the floor away, and streams that are cut everywhere.
 #include "blockprinter.h"
 #include "decodedtextcoordinates.h"
-#include "fatallog.h"
 #include "fixedclock.h"
 #include "signalrecorder.h"
 #include "transmissionbuilder.h"
+#include "watchedtest.h"
 
 #include <QPointer>
 
@@ -42,14 +42,11 @@ QString Places(DecodedTextData& model, int channel)
 
 } // namespace
 
-class tst_ingest : public QObject
+class tst_ingest : public WatchedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { log.Start(); }
-    void cleanup() { log.Check(); }
-
     void sequences_data()
     {
         const char* const plain = "DataChanged(1,false)";
@@ -300,9 +297,6 @@ private Q_SLOTS:
         }
         delete model.data();
     }
-
-private:
-    FatalLog log;
 };
 
 QTEST_GUILESS_MAIN(tst_ingest)

@@ -3,11 +3,11 @@
 
 #include "blockprinter.h"
 #include "decodedtextpositionmap.h"
-#include "fatallog.h"
 #include "modelacts.h"
 #include "rowtable.h"
 #include "signalrecorder.h"
 #include "transmissionbuilder.h"
+#include "watchedtest.h"
 
 using SorvinResultDataXml::UserData;
 
@@ -111,14 +111,11 @@ QString RunScript(DecodedTextData& model, const QString& acts)
 }
 } // namespace
 
-class TestMerge : public QObject
+class TestMerge : public WatchedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { log.Start(); }
-    void cleanup() { log.Check(); }
-
     void Acts_data() { AddRows(kActs); }
     void Acts()
     {
@@ -185,9 +182,6 @@ private Q_SLOTS:
                      "[0,1600)'' [1600,1602)gap'\\n\\n' [1602,1603)'b' [1603,1605)'gh' {CallSign "
                      "[0,1)''} {CallSign [1602,1603)''} {CallSign [1603,1604)''} open"));
     }
-
-private:
-    FatalLog log;
 };
 
 QTEST_GUILESS_MAIN(TestMerge)

@@ -4,10 +4,10 @@
 #include "decodedtextchannel.h"
 #include "decodedtextcontent.h"
 #include "decodedtextdata.h"
-#include "fatallog.h"
 #include "metaobject.h"
 #include "signalrecorder.h"
 #include "transmissionbuilder.h"
+#include "watchedtest.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -40,18 +40,11 @@ QString Ticker(const DecodedTextChannel& panel)
 
 } // namespace
 
-class tst_panel : public QObject
+class tst_panel : public WatchedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        log.Start();
-        FatalLog::Announce("This plugin does not support"); // the offscreen platform says it
-    }
-    void cleanup() { log.Check(); }
-
     void methods()
     {
         QCOMPARE(DeclaredMethods(DecodedTextChannel::staticMetaObject),
@@ -160,7 +153,6 @@ public Q_SLOTS: // not a test
     void RetirePanel() { victim->Retire(); }
 
 private:
-    FatalLog log;
     QPointer<DecodedTextChannel> victim;
 };
 

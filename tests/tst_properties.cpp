@@ -1,24 +1,17 @@
 // The properties dialog: its values, what its buttons do, the rebuild of the text area either way.
 #include "decodedtextproperties.h"
 #include "dialogdriver.h"
-#include "fatallog.h"
 #include "rowtable.h"
 #include "textarea.h"
+#include "watchedtest.h"
 
 #include <QPushButton>
 
-class tst_properties : public QObject
+class tst_properties : public WatchedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        log.Start();
-        log.Announce("This plugin does not support");
-    }
-    void cleanup() { log.Check(); }
-
     void rounds_data()
     {
         // buffer threshold width foreground background; what is shown; done; afterwards; signals
@@ -77,9 +70,6 @@ private Q_SLOTS:
         QCOMPARE(area.modelSignals.Take(), row.at(4));
         QVERIFY(!area.content.document()->isModified());
     }
-
-private:
-    FatalLog log;
 };
 
 QTEST_MAIN(tst_properties)

@@ -5,11 +5,11 @@
 #include "decodedtextcontent.h"
 #include "decodedtextview.h"
 #include "dialogdriver.h"
-#include "fatallog.h"
 #include "operatorhand.h"
 #include "signalrecorder.h"
 #include "sorvinresultdata.h"
 #include "transmissionbuilder.h"
+#include "watchedtest.h"
 
 #include <QContextMenuEvent>
 #include <QDialogButtonBox>
@@ -54,15 +54,14 @@ QStringList Print(const DataBlock& block)
 
 } // namespace
 
-class tst_session : public QObject
+class tst_session : public WatchedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void init()
     {
-        log.Start();
-        log.Announce("This plugin does not support");
+        WatchedTest::init();
         view.reset(new DecodedTextView(nullptr));
         view->resize(900, 700);
         view->show();
@@ -72,7 +71,7 @@ private Q_SLOTS:
     void cleanup()
     {
         view.reset();
-        log.Check();
+        WatchedTest::cleanup();
     }
 
     void annotateAndExport()
@@ -153,7 +152,6 @@ private:
     QScopedPointer<DecodedTextView> view;
     int fedTo = 0;
     int more = 0;
-    FatalLog log;
 };
 
 QTEST_MAIN(tst_session)

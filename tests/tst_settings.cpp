@@ -1,19 +1,16 @@
 // The model's settings, names, separator, and the parts of its meta-object that others
 // rely on.
 #include "blockprinter.h"
-#include "fatallog.h"
 #include "metaobject.h"
 #include "signalrecorder.h"
 #include "transmissionbuilder.h"
+#include "watchedtest.h"
 
-class tst_settings : public QObject
+class tst_settings : public WatchedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { log.Start(); }
-    void cleanup() { log.Check(); }
-
     void setters()
     {
         DecodedTextData model;
@@ -119,9 +116,6 @@ private Q_SLOTS:
         QCOMPARE(int(DecodedTextData::AggregationChannelID), 0);
         QCOMPARE(int(DecodedTextData::UserChannelID), 1000);
     }
-
-private:
-    FatalLog log;
 };
 
 QTEST_GUILESS_MAIN(tst_settings)

@@ -1,8 +1,8 @@
 // The time column as it is drawn: which times stand at which heights, and a mark for lost text.
 #include "decodedtextcompat.h"
 #include "decodedtexttimearea.h"
-#include "fatallog.h"
 #include "textarea.h"
+#include "watchedtest.h"
 
 #include <QImage>
 #include <QPainter>
@@ -63,15 +63,12 @@ QString Clock(qint64 secondsBehindStart)
     QCOMPARE(Drawn(area).copy(0, top, Strip(area, text).width(), Strip(area, text).height()),      \
              Strip(area, text))
 
-class tst_timearea : public QObject
+class tst_timearea : public WatchedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase() { qputenv("TZ", "Asia/Kolkata"); }
-    void init() { log.Start(); }
-    void cleanup() { log.Check(); }
-
     void localTimesOfFirstCharacters()
     {
         TextArea area;
@@ -117,9 +114,6 @@ private Q_SLOTS:
         COMPARE_TIME(area, TopOf(area, 1), QString("05:29:59"));
         COMPARE_TIME(area, TopOf(area, 2), QString("05:30:00"));
     }
-
-private:
-    FatalLog log;
 };
 
 QTEST_MAIN(tst_timearea)

@@ -6,7 +6,6 @@
 #include "decodedtextdata.h"
 #include "decodedtextguards.h"
 #include "decodedtextview.h"
-#include "fatallog.h"
 #include "hxbase/errorhandler.h"
 #include "hxbase/hxexception.h"
 #include "loadinterface.h"
@@ -15,6 +14,7 @@
 #include "signalrecorder.h"
 #include "sorvinresultdata.h"
 #include "transmissionbuilder.h"
+#include "watchedtest.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -72,15 +72,14 @@ IDllInstance* Throwing(const QString& what)
 
 } // namespace
 
-class tst_view : public QObject
+class tst_view : public WatchedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void init()
     {
-        log.Start();
-        FatalLog::Announce("This plugin does not support"); // the offscreen platform says it
+        WatchedTest::init();
         config.reset(new RecordingConfig);
     }
     void cleanup()
@@ -88,7 +87,7 @@ private Q_SLOTS:
         QCOMPARE(config->openGroups, 0);
         QVERIFY(CfgCenter::GetSaveComponents().isEmpty());
         config.reset();
-        log.Check();
+        WatchedTest::cleanup();
     }
 
     void methods()
@@ -244,7 +243,6 @@ private Q_SLOTS:
     }
 
 private:
-    FatalLog log;
     QScopedPointer<RecordingConfig> config;
 };
 

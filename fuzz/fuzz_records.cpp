@@ -1,8 +1,10 @@
 // The records' look-ups against walks over plain lists: snippets, positions and text indexes,
-// annotations. Blocks are random; a failure names the seed.
+// annotations. Runs with the tests; DTV_RANDOM_RUNS sets the number of seeds. A failure names the
+// seed.
 #include "blockprinter.h"
-#include "fatallog.h"
+#include "rowtable.h"
 #include "transmissionbuilder.h"
+#include "watchedtest.h"
 
 using SorvinResultDataXml::UserData;
 
@@ -80,18 +82,15 @@ bool Overlap(int from, int to, int s, int e)
 
 } // namespace
 
-class tst_records : public QObject
+class fuzz_records : public WatchedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { log.Start(); }
-    void cleanup() { log.Check(); }
-
     /// Gap markers, empty snippets, positions held by none and line feeds; empty blocks too.
     void lookUps()
     {
-        for (quint32 seed = 0; seed < 320; ++seed) {
+        for (quint32 seed = 0; seed < RandomRuns(320); ++seed) {
             Random random(seed);
             DecodedTextBlock block(1, 1, TestStart());
             Walk walk;
@@ -111,7 +110,7 @@ private Q_SLOTS:
     /// Every operation, in random order and with look-ups between them, against a plain vector.
     void listOperations()
     {
-        for (quint32 seed = 1; seed <= 200; ++seed) {
+        for (quint32 seed = 1; seed <= RandomRuns(200); ++seed) {
             Random random(seed);
             DecodedTextSnippetList list;
             Walk walk;
@@ -148,7 +147,7 @@ private Q_SLOTS:
     {
         typedef UserData U;
         const QString types[] = {U::CallSignType, U::CommentType, U::ChangeType};
-        for (quint32 seed = 1; seed <= 20; ++seed) {
+        for (quint32 seed = 1; seed <= RandomRuns(20); ++seed) {
             Random random(seed);
             const bool ordered = seed % 2 == 0;
             DecodedTextBlock block(1, 1, TestStart());
@@ -184,34 +183,7 @@ private Q_SLOTS:
             }
         }
     }
-
-    void countPositions_data()
-    {
-        QTest::addColumn<int>("snippet");
-        QTest::addColumn<int>("pos");
-        QTest::addColumn<int>("characters");
-        QTest::addColumn<int>("positions");
-        QTest::newRow("inside a snippet") << 0 << 1 << 2 << 2;
-        QTest::newRow("across a gap marker") << 0 << 2 << 4 << 6;
-        QTest::newRow("first half of a marker") << 1 << 4 << 1 << 1;
-        QTest::newRow("second half of a marker") << 1 << 5 << 1 << 3;
-    }
-    void countPositions()
-    {
-        QFETCH(int, snippet);
-        QFETCH(int, pos);
-        QFETCH(int, characters);
-        DecodedTextBlock block(1, 1, TestStart());
-        bool refresh = false;
-        TransmissionBuilder builder; // [0,4)'abcd' [4,8)gap'\n\n' [8,12)'efgh'
-        block.AppendData(builder.Pieces(1, "0:abcd").Last(), false, refresh);
-        block.AppendData(builder.Pieces(1, "8:efgh").Last(), false, refresh);
-        QTEST(block.CountPositions(snippet, pos, characters), "positions");
-    }
-
-private:
-    FatalLog log;
 };
 
-QTEST_GUILESS_MAIN(tst_records)
-#include "tst_records.moc"
+QTEST_GUILESS_MAIN(fuzz_records)
+#include "fuzz_records.moc"
