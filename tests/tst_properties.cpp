@@ -1,6 +1,9 @@
 // The properties dialog: its values, what its buttons do, the rebuild of the text area either way.
 #include "decodedtextproperties.h"
 #include "dialogdriver.h"
+#include "guibase/colordefinition.h"
+#include "guibase/colordefinitionset.h"
+#include "guibase/colors.h"
 #include "rowtable.h"
 #include "textarea.h"
 #include "watchedtest.h"
@@ -12,6 +15,29 @@ class tst_properties : public WatchedTest
     Q_OBJECT
 
 private Q_SLOTS:
+    void form()
+    {
+        DecodedTextProperties dialog(nullptr);
+        QCOMPARE(dialog.size(), QSize(278, 223));
+        QCOMPARE(dialog.locale(), QLocale(QLocale::English, QLocale::UnitedStates));
+        QVERIFY(!(dialog.windowFlags() & Qt::WindowContextHelpButtonHint));
+        QString names = dialog.windowTitle() + " " + dialog.groupBox->title();
+        for (const QLabel* label : dialog.findChildren<QLabel*>()) {
+            names += " " + label->text() + ":" + label->buddy()->objectName();
+            QVERIFY(!label->buddy()->accessibleName().isEmpty());
+        }
+        QCOMPARE(names, QString("Properties Colors Background:comboBackground "
+                                "Foreground:comboForeground Max. number of chars:spinMaxChars "
+                                "Quality Threshold:spinQuality Info area:checkInfoArea"));
+        QCOMPARE(dialog.spinQuality->text() + dialog.checkInfoArea->text(), QString("0 %enabled"));
+        QStringList hosts, offered;
+        for (const ColorDefinition& color : Colors::Instance().GetColors()->GetColorDefitions()) {
+            hosts.append(color.GetName());
+            offered.append(dialog.comboBackground->itemText(static_cast<int>(offered.size())));
+        }
+        QCOMPARE(offered, hosts);
+    }
+
     void rounds_data()
     {
         // buffer threshold width foreground background; what is shown; done; afterwards; signals
