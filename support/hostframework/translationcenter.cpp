@@ -108,12 +108,24 @@ void InstallAtApplicationStart()
 
 } // namespace
 
+TranslationCenter::~TranslationCenter() {}
+
 TranslationCenter& TranslationCenter::Instance()
 {
     return *State().center;
 }
 
 void TranslationCenter::Register(const QString& name)
+{
+    DoRegister(name);
+}
+
+void TranslationCenter::Unregister(const QString& name)
+{
+    DoUnregister(name);
+}
+
+void TranslationCenter::DoRegister(const QString& name)
 {
     TranslationState& state = State();
     if (!state.startHooked) {
@@ -127,7 +139,7 @@ void TranslationCenter::Register(const QString& name)
     }
 }
 
-void TranslationCenter::Unregister(const QString& name)
+void TranslationCenter::DoUnregister(const QString& name)
 {
     const QMap<QString, Registration>::iterator found = State().registrations.find(name);
     if (found == State().registrations.end() || --found->count > 0) {

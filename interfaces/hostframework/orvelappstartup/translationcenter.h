@@ -8,10 +8,13 @@
 /// Installs the translations of libraries under the library's name. May be used before there is an
 /// application object and after it is gone: names are remembered, and translations installed
 /// whenever an application object is made.
+///
+/// Libraries call Instance, Register and Unregister by their symbols: a host that defines a class
+/// of its own with these three needs no table of virtual functions.
 class ORVELAPPSTARTUP_EXPORT TranslationCenter
 {
 public:
-    virtual ~TranslationCenter() {}
+    virtual ~TranslationCenter();
 
     static TranslationCenter& Instance();
 
@@ -19,10 +22,10 @@ public:
     /// texts need none. Looked for in the folder set, then in the resources ":/<name>" and
     /// ":/translations". Finding none is no error. A name registered several times stays installed
     /// until it was unregistered as often.
-    virtual void Register(const QString& name);
+    void Register(const QString& name);
 
     /// Takes the translation of \a name away again; an unknown name is ignored.
-    virtual void Unregister(const QString& name);
+    void Unregister(const QString& name);
 
     /// Puts \a center in place of the bundled one. Borrowed until the next call; null brings the
     /// bundled one back.
@@ -35,6 +38,11 @@ public:
     /// Looks for the translations of all registered names again, after a change of language or of
     /// folder.
     static void Refresh();
+
+protected:
+    /// What Register and Unregister do; for a center that is put in place of the bundled one.
+    virtual void DoRegister(const QString& name);
+    virtual void DoUnregister(const QString& name);
 };
 
 #endif
