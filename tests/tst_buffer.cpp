@@ -188,9 +188,11 @@ private Q_SLOTS:
         model.RemoveChannelData(1);
         QVERIFY(!model.ChannelExists(1) && model.ChannelExists(2));
         model.AddTransmission(TransmissionBuilder().Pieces(1, "0:c").Xml());
+        QVERIFY(!model.GetChannelData(3)->Trim(-1)); // nothing to remove
         model.Clear();
         QVERIFY(!model.ChannelExists(1) && !model.ChannelExists(2));
-        QCOMPARE(recorder.Take(), QString("ChannelCreated(1) DataChanged(1,false)"));
+        QCOMPARE(recorder.Take(),
+                 QString("ChannelCreated(1) DataChanged(1,false) ChannelCreated(3)"));
     }
 };
 

@@ -3,6 +3,7 @@
 #include "decodedtextcontent.h"
 #include "decodedtextguards.h"
 #include "documentprinter.h"
+#include "fixedclock.h"
 #include "metaobject.h"
 #include "textarea.h"
 #include "watchedtest.h"
@@ -186,6 +187,12 @@ private Q_SLOTS:
         Compose(area.content, QString(), QString("a") + QChar(0x2028));
         QCOMPARE(typed.Take(), QString("OnModification(true)"));
         QCOMPARE(area.Newest()->text, QString("a") + QChar(0x2028));
+        FixedClock clock(TestStart().toLocalTime());
+        area.model.SetClock(&clock);
+        Compose(area.content, QString(), "next");
+        QCOMPARE(area.Newest()->snippets.last().time.timeSpec(), Qt::UTC);
+        QCOMPARE(area.Newest()->snippets.last().time, TestStart());
+        area.model.SetClock(nullptr);
     }
 
     void typingBehindTextThatIsOver()

@@ -281,6 +281,15 @@ private Q_SLOTS:
         model.SetUserData(model.GetChannelData(3)->GetLastBlock(), nullptr, UserData::CommentType,
                           0, 4);
         QCOMPARE(model.GetChannelsWithActiveUserData(), QVector<int>() << 2);
+        // One that came with its text counts once the operator puts another in its place.
+        model.AddTransmission(TransmissionBuilder()
+                                  .Pieces(4, QLatin1String("0:abcd"))
+                                  .Annotation(UserData::CommentType, 1, 2, QLatin1String("D"))
+                                  .Xml());
+        QCOMPARE(model.GetChannelsWithActiveUserData(), QVector<int>() << 2);
+        Store(model, model.GetChannelData(4)->GetLastBlock(), UserData::CommentType, 1, 2,
+              QLatin1String("C"));
+        QCOMPARE(model.GetChannelsWithActiveUserData(), QVector<int>() << 2 << 4);
         model.EndTransmission();
         QVERIFY(model.GetChannelsWithActiveUserData().isEmpty());
         QCOMPARE(model.IndexOfCallSign(QLatin1String("M")), 0);

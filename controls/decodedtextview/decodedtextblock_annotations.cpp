@@ -190,6 +190,7 @@ void DecodedTextBlock::ImportUserData(const QVector<UserData*>& list, int offset
             continue;
         }
         UserData* copy = new UserData(*incoming);
+        copy->SetModifier(copy->GetModifier(), DecodedTextTime::ToUtc(copy->GetModifierTime()));
         copy->start += offset;
         copy->end = qMax(copy->end + offset, copy->start); // reversed by a careless sender
         copies.append(copy);
@@ -430,13 +431,13 @@ void DecodedTextBlock::ReplaceUserData(DataBlock* out, UserData* annotation, con
         QVector<UserData*> taken;
         CollectUserData(type, from, to, taken);
         for (int i = static_cast<int>(taken.size()) - 1; i >= 0; --i) {
+            ReportRemoved(out, taken.at(i)); // counts it off before another one is counted
             if (i == 0 && annotation) {
                 ExchangeUserData(taken.at(i), annotation);
                 stored = true;
             } else {
                 TakeUserData(taken.at(i));
             }
-            ReportRemoved(out, taken.at(i));
         }
     }
     if (!annotation) {

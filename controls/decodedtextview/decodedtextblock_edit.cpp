@@ -350,7 +350,8 @@ int DecodedTextBlock::AppendTyped(int index, const QString& newText, DecodedText
         answer = word.start;
         Take(word, done, 0);
     }
-    const QDateTime now = done < newText.size() ? model->GetTickCount() : QDateTime();
+    const QDateTime now =
+        done < newText.size() ? DecodedTextTime::ToUtc(model->GetTickCount()) : QDateTime();
     while (done < newText.size()) {
         DecodedTextSnippet word;
         word.length = WordLength(newText, done);

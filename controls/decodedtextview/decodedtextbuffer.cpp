@@ -87,6 +87,7 @@ DecodedTextBlockPtr DecodedTextBuffer::GetFirstBlock() const
 
 bool DecodedTextBuffer::Trim(int maxChars)
 {
+    maxChars = qMax(0, maxChars);
     const qint64 limit = static_cast<qint64>(maxChars) + (hold ? maxChars / 2 : maxChars / 10);
     const qint64 total = blocks.TotalCharacters();
     if (hold) {

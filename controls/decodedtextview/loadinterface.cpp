@@ -219,8 +219,9 @@ void DecodedTextViewTest::MakeBlock(Generator& generator, const QDateTime& time)
     transmission.SetStartTime(startTime);
     transmission.SetStopTime(time);
     SorvinResultDataXml::DataBlock* const block =
-        new SorvinResultDataXml::DataBlock(generator.channel, 0, generator.id);
+        new SorvinResultDataXml::DataBlock(generator.channel, 0, 0);
     transmission.AddDataBlock(block);
+    block->SetID(generator.id);
     block->SetContentCode(QLatin1String("None"));
     block->SetContentDirectionRTL(false);
 
