@@ -188,6 +188,12 @@ private Q_SLOTS:
         QCOMPARE(column->GetWidth(), width);
         QCOMPARE(area.model.GetInfoAreaWidth(), width);
         QCOMPARE(area.model.GetConfigurationChanged(), width != 50);
+        // In a narrow window it gives way: there is text, and an edge to grab.
+        area.content.SetInfoAreaWidth(2000);
+        QVERIFY(area.content.viewport()->width() > 20 && column->GetWidth() > 100);
+        QCOMPARE(column->geometry().right() + 1, area.content.viewport()->x());
+        area.content.resize(3000, 200);
+        QTRY_COMPARE(column->GetWidth(), 2000);
         area.content.SetInfoAreaWidth(3); // shown, but below the margin
         QVERIFY(column->GetWidth() == 0 && column->isVisible());
     }

@@ -99,6 +99,40 @@ private Q_SLOTS:
         QCOMPARE(Drawn(area), once);
     }
 
+    void wrappedLinesOfALongParagraph()
+    {
+        TextArea area;
+        QStringList stamps;
+        for (int at = 0; at < 4000; ++at) {
+            stamps.append(QString("%1:x").arg(at));
+        }
+        area.Feed("1 " + stamps.join(","));
+        const QFontMetrics metrics(area.content.font());
+        const int width = 26 * metrics.maxWidth();
+        const int height = 150 * metrics.lineSpacing();
+        DecodedTextTimeArea* column = area.content.GetTimeArea();
+        const DecodedTextLayoutItem item = area.content.RangeAt(0);
+        const QRect places[] = {QRect(), QRect(0, 0, 60, 30), QRect(0, 999, 60, 70),
+                                QRect(0, height - 50, 60, 90)};
+        QImage whole;
+        for (const QRect& place : places) {
+            QImage image = EmptyImage(area, QSize(60, height));
+            QPainter painter(&image);
+            painter.setFont(area.content.font());
+            if (!place.isNull()) {
+                painter.setClipRect(place);
+            }
+            column->PaintLine(painter, item, 0, height, width);
+            whole = place.isNull() ? image : whole;
+            QCOMPARE(image.copy(place), whole.copy(place));
+        }
+        for (int line : {0, 1, 149}) {
+            const QImage strip = Strip(area, Clock(line * 26));
+            const QRect place(0, line * metrics.lineSpacing(), 60, metrics.lineSpacing());
+            QCOMPARE(whole.copy(place), strip.copy(0, 0, 60, metrics.lineSpacing()));
+        }
+    }
+
     void timesAroundTheEpoch()
     {
         const QDateTime start = UtcTime(-1500);

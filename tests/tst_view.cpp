@@ -114,6 +114,16 @@ private Q_SLOTS:
         }
         QCOMPARE(Shown(view), QString("Channel 1, Three, Channel 5+"));
         view.ShowChannel(1);
+        // The Tab key takes buttons and texts in that order, and all tell their channel's name.
+        QStringList tabs;
+        for (QWidget* next = view.nextInFocusChain(); next != &view;
+             next = next->nextInFocusChain()) {
+            if ((next->focusPolicy() & Qt::TabFocus) && !next->focusProxy()) {
+                tabs.append(next->accessibleDescription() +
+                            (next->inherits("QPushButton") ? "" : "+"));
+            }
+        }
+        QCOMPARE(tabs.join(", "), QString("Channel 1, Channel 1+, Three, Channel 5, Channel 5+"));
         view.RemoveChannel(5);
         QCOMPARE(Shown(view), QString("Channel 1+, Three"));
         Panel(view, 1)->ToggleTextArea();

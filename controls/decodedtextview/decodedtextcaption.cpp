@@ -87,6 +87,7 @@ void DecodedTextCaption::MakeApplyTimer()
 void DecodedTextCaption::SetName(const QString& name)
 {
     channelLabel->setText(name);
+    setAccessibleName(name);
     channelLabel->setAccessibleName(name);
     activateButton->setAccessibleDescription(name);
     if (tickerLine) {

@@ -25,6 +25,7 @@ public:
     /// Shows on the button what it will do next.
     void SetExpanded(bool expanded);
 
+    QPushButton* GetActivateButton() const { return activateButton; }
     /// Null on the user channel.
     QLineEdit* GetTickerLine() const { return tickerLine; }
     /// Characters that the ticker line is to show; follows the caption's width.

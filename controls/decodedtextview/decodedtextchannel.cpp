@@ -15,6 +15,7 @@
 
 #include <QEvent>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QStyle>
 #include <QTimerEvent>
 #include <QVBoxLayout>
@@ -89,6 +90,7 @@ DecodedTextChannel::DecodedTextChannel(const QString& channelName, int channelNu
     caption = new DecodedTextCaption(name, userChannel, model->IsOffline(), this);
     layout->addWidget(caption);
     setMaximumHeight(sizeHint().height());
+    NameParts();
 
     dispatcher->Register(this);
     connect(model, SIGNAL(PropertiesChanged()), SLOT(PropertiesChanged()));
@@ -112,6 +114,29 @@ void DecodedTextChannel::SetName(const QString& newName)
 {
     name = newName;
     caption->SetName(name);
+    NameParts();
+}
+
+/// For screen readers: without it they can't tell the channels apart.
+void DecodedTextChannel::NameParts()
+{
+    setAccessibleName(name);
+    if (content) {
+        content->SetChannelName(name);
+    }
+}
+
+void DecodedTextChannel::FollowInFocus(const DecodedTextChannel& before)
+{
+    QWidget* const button = caption->GetActivateButton();
+    QWidget* last = before.content;
+    if (!last) {
+        last = before.caption->GetActivateButton();
+    }
+    setTabOrder(last, button);
+    if (content) {
+        setTabOrder(button, content);
+    }
 }
 
 void DecodedTextChannel::ToggleTextArea()
@@ -145,6 +170,8 @@ void DecodedTextChannel::MakeContent()
     content = new DecodedTextContent(channel, userChannel, model, this);
     layout->addSpacing(kSpacing);
     layout->addWidget(content);
+    setTabOrder(caption->GetActivateButton(), content);
+    NameParts();
     if (userChannel) {
         connect(content, SIGNAL(OnModification(bool)), caption, SLOT(setModified(bool)));
         connect(caption, SIGNAL(OnApply()), model, SLOT(ApplyUserChannel()));
@@ -261,7 +288,7 @@ bool DecodedTextChannel::IsOnStack() const
         return true;
     }
     return content &&
-           (content->IsBusy() || content->IsDialogOpen() || content->GetDragRange().block ||
+           (content->IsBusy() || content->IsDialogOpen() || content->IsDragging() ||
             (retiredBuffer && retiredBuffer->hold) || (dispatcher && dispatcher->IsHandingOver()));
 }
 

@@ -32,8 +32,10 @@ public:
     DecodedTextChannel(const QString& name, int channel, DecodedTextData* model, QWidget* parent);
     ~DecodedTextChannel() override;
 
-    /// The name shown in the caption. The object name stays what it was.
+    /// The name shown in the caption and told to screen readers. The object name stays what it was.
     void SetName(const QString& newName);
+    /// Puts this panel's controls behind those of \a before for the Tab key.
+    void FollowInFocus(const DecodedTextChannel& before);
     /// Sets the ticker line now if its update was put off.
     void ShowTicker();
     /// Offers \a sign to the text area if it is shown; whether it was taken. See
@@ -74,6 +76,7 @@ private:
     friend class DecodedTextChannelCall;
 
     void MakeContent();
+    void NameParts();
     void ShowContent();
     void SetTickerText();
     bool IsOnStack() const;

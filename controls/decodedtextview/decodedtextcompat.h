@@ -8,6 +8,14 @@
 #include <QCoreApplication>
 #include <QLibraryInfo>
 #include <QString>
+#if QT_VERSION >= 0x050100
+#include <QSaveFile>
+#else
+#include <QFileInfo>
+#include <QTemporaryFile>
+
+#include <cstdio>
+#endif
 
 #ifdef QT_GUI_LIB
 #include <QFontMetrics>
@@ -16,6 +24,7 @@
 #endif
 
 #if defined(QT_WIDGETS_LIB) || (QT_VERSION < 0x050000 && defined(QT_GUI_LIB))
+#include <QDrag>
 #include <QDropEvent>
 #if QT_VERSION < 0x050000
 #include <QPlastiqueStyle>
@@ -35,6 +44,8 @@
 #endif
 
 #ifdef Q_OS_WIN
+#include <fcntl.h>
+#include <io.h>
 // What windows.h declares, without the macros that come with it.
 struct HINSTANCE__;
 extern "C" __declspec(dllimport) void __stdcall OutputDebugStringW(const wchar_t* text);
@@ -73,6 +84,77 @@ inline QString QtTranslationName()
     return QLatin1String("qtbase");
 #else
     return QLatin1String("qt");
+#endif
+}
+
+/// Writes all of \a bytes. A disk that becomes full takes a part first; only the next attempt says
+/// what is wrong, and only if \a device is not buffered.
+inline bool WriteAll(QIODevice& device, const QByteArray& bytes)
+{
+    qint64 done = 0;
+    while (done < bytes.size()) {
+        const qint64 size = device.write(bytes.constData() + done, bytes.size() - done);
+        if (size <= 0) {
+            return false;
+        }
+        done += size;
+    }
+    return true;
+}
+
+/// Lets standard output take bytes as they are. Windows would write each line feed as two.
+inline void MakeStandardOutputBinary()
+{
+#ifdef Q_OS_WIN
+    _setmode(1, _O_BINARY);
+#endif
+}
+
+/// Makes \a bytes the content of the file \a name. Returns an empty text, or what went wrong: then
+/// an older file is as it was. Its permissions stay; where its folder takes no new file, it is
+/// written in place. Qt 5.1 to 6 have a class for that; with 4.8 a file beside it is renamed.
+inline QString ReplaceFile(const QString& name, const QByteArray& bytes)
+{
+#if QT_VERSION >= 0x050100
+    QSaveFile file(name);
+    file.setDirectWriteFallback(true);
+    const bool isWritten = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
+                           WriteAll(file, bytes) && file.commit();
+    return isWritten ? QString() : file.errorString();
+#else
+    const QFileInfo present(name);
+    QTemporaryFile beside(name + QLatin1String(".XXXXXX"));
+    if ((present.exists() && !present.isWritable()) || !beside.open()) {
+        QFile file(name);
+        const bool isWritten =
+            file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && WriteAll(file, bytes);
+        return isWritten ? QString() : file.errorString();
+    }
+    beside.setPermissions(present.exists() ? present.permissions()
+                                           : QFile::ReadOwner | QFile::WriteOwner |
+                                                 QFile::ReadGroup | QFile::ReadOther);
+    if (!WriteAll(beside, bytes) || !beside.flush()) {
+        return beside.errorString();
+    }
+    beside.close();
+    // Where renaming does not replace, there is a moment without a file.
+    if (std::rename(QFile::encodeName(beside.fileName()).constData(),
+                    QFile::encodeName(name).constData()) != 0 &&
+        !(QFile::remove(name) && beside.rename(name))) {
+        return beside.errorString();
+    }
+    beside.setAutoRemove(false);
+    return QString();
+#endif
+}
+
+/// Lets icons use their pictures of twice the size on screens of that density; to be called before
+/// the application object is made. Qt 4.8 has no such pictures, Qt 5 must be asked, Qt 6 does it
+/// anyway.
+inline void UseHighDpiPixmaps()
+{
+#if QT_VERSION >= 0x050100 && QT_VERSION < 0x060000
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
 #endif
 }
 
@@ -170,6 +252,15 @@ inline QPoint DropPosition(const QDropEvent& event)
     return event.position().toPoint();
 #else
     return event.pos();
+#endif
+}
+
+/// Ends the drag that runs in this program, if any; its receiver gets a leave event. Qt before 5.7
+/// can't.
+inline void CancelDrag()
+{
+#if QT_VERSION >= 0x050700
+    QDrag::cancel();
 #endif
 }
 

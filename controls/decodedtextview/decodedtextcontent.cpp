@@ -1,7 +1,7 @@
 // The text area's construction, its side columns, and the events that are not about annotations.
 // The document is in decodedtextcontent_document.cpp, ranges in decodedtextcontent_ranges.cpp, menu
-// and mouse in decodedtextcontent_menu.cpp, annotation actions in
-// decodedtextcontent_annotations.cpp.
+// and tooltips in decodedtextcontent_menu.cpp, the mouse in decodedtextcontent_mouse.cpp,
+// annotation actions in decodedtextcontent_annotations.cpp.
 
 #include "decodedtextcontent.h"
 
@@ -20,8 +20,9 @@
 #include <QWheelEvent>
 
 namespace {
-const int kTimePadding = 4; ///< pixels beside the time text
-}
+const int kTimePadding = 4;     ///< pixels beside the time text
+const int kLeastTextWidth = 24; ///< pixels left beside the info column
+} // namespace
 
 DecodedTextContent::DecodedTextContent(int ofChannel, bool isEditable, DecodedTextData* fromModel,
                                        QWidget* parent)
@@ -43,6 +44,7 @@ DecodedTextContent::DecodedTextContent(int ofChannel, bool isEditable, DecodedTe
     , rehighlightWaiting(false)
     , sideMargin(-1)
     , annotationsShown(0)
+    , textDrag(NoTextDrag)
 {
     setObjectName(QLatin1String("DecodedTextContent"));
     setUndoRedoEnabled(false);
@@ -57,6 +59,7 @@ DecodedTextContent::DecodedTextContent(int ofChannel, bool isEditable, DecodedTe
 
     timeArea = new DecodedTextTimeArea(this);
     timeArea->setFont(font());
+    timeArea->setAccessibleName(tr("Times"));
     timeArea->SetWidth(
         DecodedTextCompat::TextWidth(QFontMetrics(font()), QLatin1String("29:99:99")) +
         kTimePadding);
@@ -86,7 +89,13 @@ DecodedTextContent::DecodedTextContent(int ofChannel, bool isEditable, DecodedTe
     LayoutSideAreas();
 }
 
-DecodedTextContent::~DecodedTextContent() {}
+DecodedTextContent::~DecodedTextContent()
+{
+    if (IsDragging()) {
+        // Qt remembers the widget under a drag, and would send it the leave event of the next one.
+        DecodedTextCompat::CancelDrag();
+    }
+}
 
 void DecodedTextContent::InitEditing()
 {
@@ -122,6 +131,9 @@ void DecodedTextContent::LayoutSideAreas()
     layoutBusy = true;
     const QRect contents = contentsRect();
     const int timeWidth = timeArea->GetWidth();
+    if (isVisible()) { // before that the size says nothing about the window
+        infoArea->Confine(contents.width() - timeWidth - kLeastTextWidth);
+    }
     const int infoWidth = infoArea->GetWidth();
     timeArea->setGeometry(contents.left(), contents.top(), timeWidth, contents.height());
     infoArea->setGeometry(contents.left() + timeWidth, contents.top(), infoWidth,
@@ -221,6 +233,19 @@ void DecodedTextContent::resizeEvent(QResizeEvent* event)
     LayoutSideAreas();
     // A panel that shrinks because others opened goes on showing the newest text.
     ScheduleScroll();
+}
+
+void DecodedTextContent::showEvent(QShowEvent* event)
+{
+    QPlainTextEdit::showEvent(event);
+    LayoutSideAreas(); // a column stored in a wider window gives way
+}
+
+void DecodedTextContent::SetChannelName(const QString& name)
+{
+    setAccessibleDescription(name);
+    timeArea->setAccessibleDescription(name);
+    infoArea->setAccessibleDescription(name);
 }
 
 void DecodedTextContent::timerEvent(QTimerEvent* event)

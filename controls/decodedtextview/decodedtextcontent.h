@@ -60,8 +60,11 @@ public:
 
     /// Places both columns left of the text and makes room for them.
     void LayoutSideAreas();
-    /// Width of the info column in pixels, 0 hides it; below 0 is ignored. Stored in the model.
+    /// Width of the info column in pixels, 0 hides it; below 0 is ignored. Stored in the model. In
+    /// a window too narrow for it the column gives way, so that text and its edge stay in reach.
     void SetInfoAreaWidth(int newWidth);
+    /// Tells screen readers which channel's text this is.
+    void SetChannelName(const QString& name);
     /// Draws the times of the visible paragraphs that meet \a rect; for the time area.
     void PaintTimeArea(QPainter& painter, const QRect& rect);
     /// Places the call signs of the visible paragraphs that meet \a rect; for the info area.
@@ -85,6 +88,8 @@ public:
     void SelectRange(const DecodedTextLayoutItem& range);
     const DecodedTextLayoutItem& GetSelectionRange() const { return selectionRange; }
     const DecodedTextLayoutItem& GetDragRange() const { return dragRange; }
+    /// Whether a call sign or selected text is being dragged: this object is on the stack then.
+    bool IsDragging() const { return dragRange.block || textDrag == TextDragRunning; }
     /// @}
 
     /// \name Annotations
@@ -166,6 +171,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dragMoveEvent(QDragMoveEvent* event) override;
     void dragLeaveEvent(QDragLeaveEvent* event) override;
@@ -188,6 +194,9 @@ private:
         bool restoreSelection;
         bool held;
     };
+
+    /// A drag of selected text, from the press that may begin it to the button's release.
+    enum TextDrag { NoTextDrag, TextDragPossible, TextDragRunning, TextDragOver };
 
     void InitEditing();
     void BuildDocument();
@@ -213,30 +222,29 @@ private:
     int FirstBlockToShow(const DecodedTextBuffer& buffer) const;
     template <typename Visitor> void VisitVisible(const QRect& rect, Visitor visit);
 
-    // Menu and dialogs (decodedtextcontent_menu.cpp, decodedtextcontent_annotations.cpp)
+    // Menu, mouse and dialogs (decodedtextcontent_menu.cpp, decodedtextcontent_mouse.cpp,
+    // decodedtextcontent_annotations.cpp)
     void AppendAnnotationEntries(QMenu* menu, int mask);
     void StartCallSignDrag();
+    void StartTextDrag();
     void RunChangeDialog(const QString& title);
     void DeleteUserDataOf(const QString& type);
     void FinishAnnotation();
     void ClearSelection();
     void FollowText(DecodedTextLayoutItem& range, const DecodedTextRangeAnchor& anchor) const;
     void FollowSelection();
-    bool MenuEvent(QContextMenuEvent* event);
     QString ToolTipAt(const QPoint& pos);
 
     /// The system itself changes document or model: updates, rebuilds and typing wait. Set by
     /// DecodedTextBusyGuard only, whose end does what was asked for meanwhile.
     bool busy;
     int channel;
-    QPointer<DecodedTextData> model;        ///< borrowed
-    DecodedTextTimeArea* timeArea;          ///< owned as a child
-    DecodedTextInfoArea* infoArea;          ///< owned as a child
-    DecodedTextHighlighter* highlighter;    ///< owned by the document
-    DecodedTextLayoutItem selectionRange;   ///< range and mask examined last
-    DecodedTextLayoutItem dragRange;        ///< call sign being dragged; no block when none is
-    DecodedTextRangeAnchor selectionAnchor; ///< of selectionRange
-    DecodedTextRangeAnchor dragAnchor;      ///< of dragRange
+    QPointer<DecodedTextData> model;      ///< borrowed
+    DecodedTextTimeArea* timeArea;        ///< owned as a child
+    DecodedTextInfoArea* infoArea;        ///< owned as a child
+    DecodedTextHighlighter* highlighter;  ///< owned by the document
+    DecodedTextLayoutItem selectionRange; ///< range and mask examined last
+    DecodedTextLayoutItem dragRange;      ///< call sign being dragged; no block when none is
     QTextCharFormat normalFormat;
     QTextCharFormat lowQualityFormat;
     bool colorCoding;
@@ -255,6 +263,10 @@ private:
     QBasicTimer formatTimer;  ///< paragraphs wait for their colours
     quint32 annotationsShown; ///< state of the buffer's annotations that the colours show
     DecodedTextDocumentBuilder::QualityMemory qualityMemory;
+    DecodedTextRangeAnchor selectionAnchor; ///< of selectionRange
+    DecodedTextRangeAnchor dragAnchor;      ///< of dragRange
+    TextDrag textDrag;
+    QPoint pressPos; ///< of the last press, viewport coordinates
 };
 
 #endif

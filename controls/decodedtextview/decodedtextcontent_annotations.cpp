@@ -49,15 +49,25 @@ QString JoinComments(const QVector<UserData*>& annotations)
     return comments.join(QLatin1String(" "));
 }
 
+/// How many characters of \a text the first \a shownCount characters of a text field stand for: a
+/// field shows a carriage return and its line feed as one.
+int CountBehindField(const QString& text, int shownCount)
+{
+    int count = 0;
+    for (; shownCount > 0 && count < text.size(); --shownCount) {
+        const bool pair = text.at(count) == QLatin1Char('\r') && count + 1 < text.size() &&
+                          text.at(count + 1) == QLatin1Char('\n');
+        count += pair ? 2 : 1;
+    }
+    return count;
+}
+
 /// \a edited came from a field that was filled with \a text but showed \a shown, some characters
 /// being replaced. Puts back what the operator left as it was.
 QString KeepUntouched(const QString& text, const QString& shown, const QString& edited)
 {
     if (edited == shown) {
         return text;
-    }
-    if (text.size() != shown.size()) {
-        return edited;
     }
     const int shorter = static_cast<int>(qMin(shown.size(), edited.size()));
     int front = 0;
@@ -69,7 +79,9 @@ QString KeepUntouched(const QString& text, const QString& shown, const QString& 
            shown.at(shown.size() - 1 - back) == edited.at(edited.size() - 1 - back)) {
         ++back;
     }
-    return text.left(front) + edited.mid(front, edited.size() - front - back) + text.right(back);
+    return text.left(CountBehindField(text, front)) +
+           edited.mid(front, edited.size() - front - back) +
+           text.mid(CountBehindField(text, static_cast<int>(shown.size()) - back));
 }
 
 void RemoveHelpButton(QDialog* dialog)
@@ -85,13 +97,20 @@ void PrepareInputDialog(QInputDialog* dialog, const QString& title, const QStrin
     RemoveHelpButton(dialog);
 }
 
-void NameFields(QDialog* dialog, const QString& name)
+/// For screen readers.
+void NameField(QWidget* field, const QString& name, const QString& description)
+{
+    field->setAccessibleName(name);
+    field->setAccessibleDescription(description);
+}
+
+void NameFields(QDialog* dialog, const QString& name, const QString& description)
 {
     for (QLineEdit* field : dialog->findChildren<QLineEdit*>()) {
-        field->setAccessibleName(name);
+        NameField(field, name, description);
     }
     for (QComboBox* field : dialog->findChildren<QComboBox*>()) {
-        field->setAccessibleName(name);
+        NameField(field, name, description);
     }
 }
 
@@ -111,9 +130,12 @@ ChangeFields AddChangeFields(QDialog* dialog, const QString& shown, const QStrin
         QDialogButtonBox::Ok | QDialogButtonBox::Cancel, Qt::Horizontal, dialog);
     QObject::connect(buttons, SIGNAL(accepted()), dialog, SLOT(accept()));
     QObject::connect(buttons, SIGNAL(rejected()), dialog, SLOT(reject()));
-    fields.text->setAccessibleName(dialog->windowTitle());
+    NameField(
+        fields.text, dialog->windowTitle(),
+        DecodedTextContent::tr("The text to be shown; what was received can be brought back"));
     fields.text->setTabChangesFocus(true);
-    fields.comment->setAccessibleName(commentLabel->text());
+    NameField(fields.comment, commentLabel->text(),
+              DecodedTextContent::tr("A remark on the change"));
     commentLabel->setBuddy(fields.comment);
     QVBoxLayout* layout = new QVBoxLayout(dialog);
     layout->setSizeConstraint(QLayout::SetMinAndMaxSize);
@@ -242,7 +264,7 @@ void DecodedTextContent::EditCallSign()
     dialog->setComboBoxItems(known);
     dialog->setComboBoxEditable(true);
     dialog->setTextValue(known.value(index));
-    NameFields(dialog, tr("Define Call Sign"));
+    NameFields(dialog, tr("Define Call Sign"), tr("The station that the selected text names"));
     const bool accepted = dialog->exec() == QDialog::Accepted;
     if (!dialog) {
         return;
@@ -288,7 +310,7 @@ void DecodedTextContent::InsertComment()
     PrepareInputDialog(dialog, tr("Insert Comment"), tr("Comment"));
     dialog->setTextEchoMode(QLineEdit::Normal);
     dialog->setTextValue(JoinComments(CollectSelectedUserData(UserData::CommentType)));
-    NameFields(dialog, tr("Comment"));
+    NameFields(dialog, tr("Comment"), tr("A remark on the selected text"));
     const bool accepted = dialog->exec() == QDialog::Accepted;
     if (!dialog) {
         return;
@@ -354,12 +376,15 @@ void DecodedTextContent::RunChangeDialog(const QString& title)
         return;
     }
     // The text may have been sent again meanwhile: what the change replaces is what stands there
-    // now.
+    // now. Where changes have come that reach beyond what the dialog showed, their text stays.
     selectionRange = range;
     selectionAnchor = anchor;
     FollowSelection();
+    const DecodedTextLayoutItem edited = selectionRange;
     GetEditTexts(shown, old, comment);
-    SaveChange(newText, old, newComment);
+    SaveChange(shown.left(edited.start - selectionRange.start) + newText +
+                   shown.mid(edited.end - selectionRange.start),
+               old, newComment);
 }
 
 void DecodedTextContent::GetEditTexts(QString& shown, QString& old, QString& comment)

@@ -1,11 +1,10 @@
-// The text area's menu, tooltips and mouse: what the operator points at becomes the selection
-// range, and the entries and gestures that fit it start the annotation actions.
+// The text area's menu and tooltips: what the operator points at becomes the selection range, and
+// the entries that fit it start the annotation actions.
 //
-// Menu and drag run event loops of their own, in which data arrives and anything may be destroyed,
-// this text area included. The menu therefore belongs to the function that runs it, not to the text
-// area, and no member is touched behind a loop unless the text area still lives.
+// A menu runs an event loop of its own, in which data arrives and anything may be destroyed, this
+// text area included. It therefore belongs to the function that runs it, not to the text area, and
+// no member is touched behind the loop unless the text area still lives.
 
-#include "decodedtextcompat.h"
 #include "decodedtextcontent.h"
 #include "decodedtextdata.h"
 #include "decodedtextguards.h"
@@ -14,24 +13,13 @@
 #include "decodedtextmenurun.h"
 #include "decodedtextproperties.h"
 #include "decodedtexttimearea.h"
-#include "userdata.h"
 
 #include <QAction>
 #include <QComboBox>
-#include <QContextMenuEvent>
-#include <QDrag>
-#include <QDragEnterEvent>
-#include <QDragLeaveEvent>
-#include <QDragMoveEvent>
-#include <QDropEvent>
 #include <QHelpEvent>
 #include <QMenu>
-#include <QMimeData>
-#include <QMouseEvent>
 #include <QTextDocument>
 #include <QToolTip>
-
-using SorvinResultDataXml::UserData;
 
 namespace {
 
@@ -151,9 +139,6 @@ void DecodedTextContent::AppendAnnotationEntries(QMenu* menu, int mask)
 
 bool DecodedTextContent::event(QEvent* event)
 {
-    if (event->type() == QEvent::ContextMenu) {
-        return MenuEvent(static_cast<QContextMenuEvent*>(event));
-    }
     if (event->type() != QEvent::ToolTip) {
         return QPlainTextEdit::event(event);
     }
@@ -170,18 +155,6 @@ bool DecodedTextContent::event(QEvent* event)
     }
     QToolTip::showText(help->globalPos(), text, this);
     return true;
-}
-
-/// Menus over the text come by way of the viewport, in its coordinates. What arrives here directly
-/// with the mouse was asked for over a side column.
-bool DecodedTextContent::MenuEvent(QContextMenuEvent* event)
-{
-    if (event->reason() != QContextMenuEvent::Mouse) {
-        return QPlainTextEdit::event(event);
-    }
-    QContextMenuEvent inViewport(event->reason(), viewport()->mapFromParent(event->pos()),
-                                 event->globalPos());
-    return QPlainTextEdit::event(&inViewport);
 }
 
 QString DecodedTextContent::ToolTipAt(const QPoint& pos)
@@ -202,127 +175,6 @@ QString DecodedTextContent::ToolTipAt(const QPoint& pos)
         range.block->GetToolTip(range.start, text, tooltipWithTime);
     }
     return text;
-}
-
-void DecodedTextContent::mousePressEvent(QMouseEvent* event)
-{
-    const int docPos = cursorForPosition(event->pos()).position();
-    CheckRange(docPos, docPos);
-    dragRange.Clear();
-    QPlainTextEdit::mousePressEvent(event);
-}
-
-void DecodedTextContent::mouseMoveEvent(QMouseEvent* event)
-{
-    const bool onCallSign = (selectionRange.mask & DecodedTextLayoutItem::HasCallSign) != 0;
-    if ((event->buttons() & Qt::LeftButton) && onCallSign && !dragRange.block) {
-        StartCallSignDrag();
-        return;
-    }
-    QPlainTextEdit::mouseMoveEvent(event);
-}
-
-void DecodedTextContent::mouseReleaseEvent(QMouseEvent* event)
-{
-    dragRange.Clear();
-    QPlainTextEdit::mouseReleaseEvent(event);
-}
-
-void DecodedTextContent::mouseDoubleClickEvent(QMouseEvent* event)
-{
-    const int docPos = cursorForPosition(event->pos()).position();
-    const int mask = CheckRange(docPos, docPos);
-    if (mask & DecodedTextLayoutItem::HasChange) {
-        InsertText();
-    } else if (mask & DecodedTextLayoutItem::HasCallSign) {
-        EditCallSign();
-    } else if (mask & DecodedTextLayoutItem::HasComment) {
-        InsertComment();
-    } else {
-        QPlainTextEdit::mouseDoubleClickEvent(event);
-    }
-}
-
-void DecodedTextContent::StartCallSignDrag()
-{
-    dragRange = selectionRange;
-    dragAnchor = selectionAnchor;
-    const QPointer<DecodedTextContent> self(this);
-    QMimeData* mimeData = new QMimeData;
-    mimeData->setText(QLatin1String(""));
-    QDrag* drag = new QDrag(this);
-    drag->setMimeData(mimeData);
-    // As a child it would be destroyed with the text area while its own loop runs. Qt deletes it
-    // afterwards.
-    drag->setParent(nullptr);
-    drag->exec(Qt::MoveAction);
-    if (self && dragRange.block) {
-        // Nothing was dropped. The button may still be down; it must not begin another drag.
-        dragRange.Clear();
-        selectionRange.mask &= ~DecodedTextLayoutItem::HasCallSign;
-    }
-}
-
-void DecodedTextContent::dragEnterEvent(QDragEnterEvent* event)
-{
-    if (event->source() == this) {
-        event->acceptProposedAction();
-    } else {
-        event->ignore();
-    }
-}
-
-void DecodedTextContent::dragMoveEvent(QDragMoveEvent* event)
-{
-    event->accept();
-}
-
-void DecodedTextContent::dragLeaveEvent(QDragLeaveEvent* event)
-{
-    event->accept();
-}
-
-void DecodedTextContent::dropEvent(QDropEvent* event)
-{
-    if (!dragRange.block) {
-        return;
-    }
-    const QPointer<DecodedTextContent> self(this);
-    const DecodedTextBusyGuard guard(this);
-    QTextCursor word = cursorForPosition(DecodedTextCompat::DropPosition(*event));
-    const int docPos = word.position();
-    word.movePosition(QTextCursor::StartOfWord);
-    word.movePosition(QTextCursor::EndOfWord, QTextCursor::KeepAnchor);
-    // Among blanks the nearest word in front is found, which is not what was pointed at.
-    const bool onWord = word.hasSelection() && docPos <= word.selectionEnd();
-    const int mask = CheckRange(word.selectionStart(), word.selectionEnd());
-    const DecodedTextLayoutItem target = selectionRange;
-    FollowText(dragRange, dragAnchor);
-    const DecodedTextLayoutItem source = dragRange;
-    const UserData* dragged =
-        source.block ? source.block->FindUserData(UserData::CallSignType, source.start, source.end)
-                     : nullptr;
-    const QString text = mask != 0 ? target.block->GetText(target.start, target.end) : QString();
-    if (!onWord || !dragged || text.trimmed().isEmpty()) {
-        return;
-    }
-    setTextCursor(word);
-    UserData moved(*dragged);
-    moved.start = target.start;
-    moved.end = target.end;
-    moved.text = text;
-    // If it can't be taken away from its old place, it must not appear at a second one.
-    const bool removable = !source.block->closed;
-    StoreUserData(source.block, nullptr, UserData::CallSignType, source.start, source.end);
-    if (!self || !removable) {
-        return;
-    }
-    StoreUserData(target.block, new UserData(moved), UserData::CallSignType, target.start,
-                  target.end);
-    if (self) {
-        dragRange.Clear();
-        FinishAnnotation();
-    }
 }
 
 void DecodedTextContent::SlotClearAll()

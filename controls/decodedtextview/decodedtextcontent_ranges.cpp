@@ -10,25 +10,18 @@
 
 namespace {
 
-/// The last word of \a document, selected; blanks and empty lines at the end are passed over.
+/// The last word of \a document, selected; without one, what stands at its end.
 QTextCursor LastWord(QTextDocument* document)
 {
     QTextCursor cursor(document);
     cursor.movePosition(QTextCursor::End);
-    bool stepped = false;
-    do {
-        cursor.setPosition(cursor.selectionStart());
-        stepped = cursor.movePosition(QTextCursor::PreviousWord);
-        bool selected = false;
-        if (stepped) {
-            selected = cursor.movePosition(QTextCursor::EndOfWord, QTextCursor::KeepAnchor);
-        } else {
-            cursor.movePosition(QTextCursor::Left, QTextCursor::MoveAnchor, 2);
-        }
-        if (!selected) {
-            cursor.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
-        }
-    } while (stepped && cursor.selectedText().trimmed().isEmpty());
+    const bool atWord = cursor.movePosition(QTextCursor::PreviousWord);
+    if (!atWord) {
+        cursor.movePosition(QTextCursor::Left, QTextCursor::MoveAnchor, 2);
+    }
+    if (!atWord || !cursor.movePosition(QTextCursor::EndOfWord, QTextCursor::KeepAnchor)) {
+        cursor.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
+    }
     return cursor;
 }
 

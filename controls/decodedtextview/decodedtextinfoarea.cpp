@@ -26,6 +26,7 @@ namespace {
 
 const int kDefaultWidth = 50; ///< pixels
 const int kEdgeFromRight = 2; ///< pixels between the column's end and the line drawn along it
+const int kLeastRoom = 8;     ///< pixels; the edge can still be grabbed
 const int kDrawn = Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine;
 
 QString Separator()
@@ -54,6 +55,7 @@ DecodedTextInfoArea::DecodedTextInfoArea(DecodedTextContent* ofContent)
     , margin(4)
     , width(0)
     , lastEntry(nullptr)
+    , wantedWidth(0)
 {
     setObjectName(QLatin1String("Info"));
     // It fills itself: scrolling it needs no repaint of what lies below.
@@ -76,6 +78,17 @@ QSize DecodedTextInfoArea::sizeHint() const
 }
 
 void DecodedTextInfoArea::SetWidth(int newWidth)
+{
+    wantedWidth = newWidth;
+    ApplyWidth(newWidth);
+}
+
+void DecodedTextInfoArea::Confine(int room)
+{
+    ApplyWidth(qMin(wantedWidth, qMax(room, kLeastRoom)));
+}
+
+void DecodedTextInfoArea::ApplyWidth(int newWidth)
 {
     const bool hasColumn = newWidth >= margin;
     width = hasColumn ? newWidth : 0;

@@ -26,6 +26,8 @@ public:
     int GetWidth() const { return width; }
     /// Width in pixels; one below the margin leaves no column at all (0).
     void SetWidth(int newWidth);
+    /// Gives way as long as there are only \a room pixels; a larger room brings the width back.
+    void Confine(int room);
 
     /// Adds \a annotation to the entry of the line at \a top; a new line draws the one before.
     void AddEntry(QPainter& painter, DecodedTextBlock::UserData* annotation, int top,
@@ -54,6 +56,7 @@ protected:
 private:
     Q_DISABLE_COPY(DecodedTextInfoArea)
     DecodedTextLayoutItem LineAt(const QPoint& point) const;
+    void ApplyWidth(int newWidth);
 
     DecodedTextContent* content; ///< borrowed, the parent
     QColor background;
@@ -68,6 +71,7 @@ private:
     QRect pendingRect; ///< null while nothing is collected
     QString pendingText;
     DecodedTextBlock::UserData* lastEntry; ///< compared only
+    int wantedWidth;                       ///< pixels; what was set, `width` may have to be less
 };
 
 #endif

@@ -36,6 +36,7 @@ QSize DecodedTextTimeArea::sizeHint() const
 void DecodedTextTimeArea::paintEvent(QPaintEvent* event)
 {
     QPainter painter(this);
+    painter.setClipRect(event->rect());
     painter.fillRect(event->rect(), background);
     painter.setPen(Qt::black);
     content->PaintTimeArea(painter, event->rect());
@@ -97,10 +98,20 @@ void DecodedTextTimeArea::PaintLine(QPainter& painter, const DecodedTextLayoutIt
         return;
     }
     Measure(painter.font());
-    painter.drawStaticText(1, top, ClockText(block.GetSnippetTime(i)));
-    int k = 0;
-    for (int y = top + lineHeight; y + lineHeight <= bottom; y += lineHeight) {
-        k += paragraphWidth / charWidth;
-        painter.drawStaticText(1, y, ClockText(block.GetTimeAt(item.start + k, i)));
+    // A paragraph without line feeds may have thousands of lines, few of which are to be painted.
+    const QRect painted = painter.hasClipping() ? painter.clipBoundingRect().toAlignedRect()
+                                                : QRect(0, top, width, bottom - top);
+    const int above = (painted.top() - top) / lineHeight - 1;
+    if (above <= 0) {
+        painter.drawStaticText(1, top, ClockText(block.GetSnippetTime(i)));
+    }
+    const int charactersPerLine = paragraphWidth / charWidth;
+    for (int line = qMax(1, above);; ++line) {
+        const int y = top + line * lineHeight;
+        if (y > painted.bottom() || y + lineHeight > bottom) {
+            break;
+        }
+        painter.drawStaticText(
+            1, y, ClockText(block.GetTimeAt(item.start + line * charactersPerLine, i)));
     }
 }

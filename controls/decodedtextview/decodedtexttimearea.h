@@ -21,7 +21,8 @@ public:
 
     QSize sizeHint() const override;
     /// Draws one paragraph between y coordinates \a top and \a bottom; \a paragraphWidth is its
-    /// width in pixels, from which the times of wrapped lines are estimated.
+    /// width in pixels, from which the times of wrapped lines are estimated. Costs what lies within
+    /// the painter's clipping.
     void PaintLine(QPainter& painter, const DecodedTextLayoutItem& item, int top, int bottom,
                    int paragraphWidth);
     int GetWidth() const { return width; }

@@ -13,6 +13,7 @@
 #include "decodedtextcompat.h"
 #include "decodedtextdata.h"
 #include "decodedtextdispatcher.h"
+#include "decodedtextmenurun.h"
 #include "decodedtexttrace.h"
 #include "orvelappstartup/cfgcenter.h"
 #include "orvelappstartup/icfg.h"
@@ -71,6 +72,7 @@ DecodedTextView::DecodedTextView(QWidget* parent)
     ConnectModel();
 
     splitter = new QSplitter(Qt::Vertical, this);
+    splitter->setAccessibleName(tr("Channels"));
     splitter->setHandleWidth(kHandleWidth);
     splitter->setStyle(style);
     splitter->setChildrenCollapsible(false);
@@ -151,11 +153,23 @@ void DecodedTextView::ChannelCreated(int channel)
     // filler.
     splitter->insertWidget(next ? splitter->indexOf(next) : splitter->count(), panel);
     panel->show();
+    OrderFocus(index);
     if (panels.size() == 1) {
         panel->ExpandTextArea(true);
     }
     connect(panel, SIGNAL(TextAreaChanged()), SLOT(UpdateLayout()));
     UpdateLayout();
+}
+
+/// Lets the Tab key reach the new panel at \a index in the order in which panels stand.
+void DecodedTextView::OrderFocus(int index)
+{
+    // Before the first panel nothing takes the focus, to be put behind: then the others follow
+    // anew.
+    const int last = index > 0 ? index : static_cast<int>(panels.size()) - 1;
+    for (int i = qMax(1, index); i <= last; ++i) {
+        panels.at(i)->FollowInFocus(*panels.at(i - 1));
+    }
 }
 
 void DecodedTextView::ShowChannel(int channel)
@@ -328,12 +342,10 @@ void DecodedTextView::ShowContextMenu(const QPoint& pt)
     if (!model->UserDataEnabled()) {
         return;
     }
-    const QPointer<QMenu> menu(
-        new QMenu(this)); // the view may be destroyed, and the menu with it, while it is open
+    QMenu* const menu = new QMenu(this);
     connect(menu->addAction(tr("Show user channel")), SIGNAL(triggered()), model,
             SLOT(ShowUserChannel()));
-    menu->exec(mapToGlobal(pt));
-    delete menu.data();
+    DecodedTextMenuRun::Exec(menu, this, mapToGlobal(pt));
 }
 
 void DecodedTextView::ApplyUserChannel(bool bAutoApply)

@@ -160,6 +160,7 @@ private:
     Q_DISABLE_COPY(DecodedTextView)
 
     void ConnectModel();
+    void OrderFocus(int index);
     void MakePlaceholder();
     void RemovePlaceholder();
     void LoadOrTrace();

@@ -101,6 +101,26 @@
         <source>Show user channel</source>
         <translation>Benutzerkanal anzeigen</translation>
     </message>
+    <message>
+        <source>Times</source>
+        <translation>Zeiten</translation>
+    </message>
+    <message>
+        <source>The text to be shown; what was received can be brought back</source>
+        <translation>Der Text, der angezeigt wird; der empfangene lässt sich zurückholen</translation>
+    </message>
+    <message>
+        <source>A remark on the change</source>
+        <translation>Eine Bemerkung zur Änderung</translation>
+    </message>
+    <message>
+        <source>The station that the selected text names</source>
+        <translation>Die Station, die der gewählte Text nennt</translation>
+    </message>
+    <message>
+        <source>A remark on the selected text</source>
+        <translation>Eine Bemerkung zum gewählten Text</translation>
+    </message>
 </context>
 <context>
     <name>DecodedTextData</name>
@@ -170,6 +190,26 @@
         <source>enabled</source>
         <translation>eingeschaltet</translation>
     </message>
+    <message>
+        <source>Color behind the text of all channels</source>
+        <translation>Farbe hinter dem Text aller Kanäle</translation>
+    </message>
+    <message>
+        <source>Color of the text of all channels</source>
+        <translation>Farbe des Textes aller Kanäle</translation>
+    </message>
+    <message>
+        <source>Characters kept for each channel; older text is removed</source>
+        <translation>Je Kanal behaltene Zeichen; älterer Text wird entfernt</translation>
+    </message>
+    <message>
+        <source>Text decoded with a lower quality counts as poor</source>
+        <translation>Text mit geringerer Dekodierqualität gilt als schlecht</translation>
+    </message>
+    <message>
+        <source>Column with the call signs beside the text</source>
+        <translation>Spalte mit den Rufzeichen neben dem Text</translation>
+    </message>
 </context>
 <context>
     <name>DecodedTextView</name>
@@ -188,6 +228,10 @@
     <message>
         <source>Show user channel</source>
         <translation>Benutzerkanal anzeigen</translation>
+    </message>
+    <message>
+        <source>Channels</source>
+        <translation>Kanäle</translation>
     </message>
 </context>
 <context>
