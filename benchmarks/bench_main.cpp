@@ -27,5 +27,6 @@ int main(int argc, char** argv)
     RunMemoryRows();
     RunMergeRows();
     RunAnnotationRows();
+    RunColumnRows();
     return Benchmark::Failures() == 0 ? 0 : 1;
 }

@@ -9,6 +9,7 @@ void RunDocumentRows();
 void RunMemoryRows();
 void RunMergeRows();
 void RunAnnotationRows();
+void RunColumnRows();
 
 /// Does the work of a side, \a count documents of it, without measuring: for instructions.sh.
 /// Whether there is such a side.

@@ -124,7 +124,7 @@ inline QString ReplaceFile(const QString& name, const QByteArray& bytes)
 #else
     const QFileInfo present(name);
     QTemporaryFile beside(name + QLatin1String(".XXXXXX"));
-    if ((present.exists() && !present.isWritable()) || !beside.open()) {
+    if ((present.exists() && !(present.isFile() && present.isWritable())) || !beside.open()) {
         QFile file(name);
         const bool isWritten =
             file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && WriteAll(file, bytes);

@@ -16,6 +16,7 @@ class DecodedTextHighlighter;
 class DecodedTextInfoArea;
 class DecodedTextTimeArea;
 class QMenu;
+class QTextLayout;
 
 /// The text area of one channel: shows the channel's buffer as one document, follows new data, and
 /// keeps the time and info columns level with the text.
@@ -234,6 +235,9 @@ private:
     void FollowText(DecodedTextLayoutItem& range, const DecodedTextRangeAnchor& anchor) const;
     void FollowSelection();
     QString ToolTipAt(const QPoint& pos);
+    /// The last line of a paragraph that begins at or above \a y, counted from its top; 0 above
+    /// all.
+    static int LineAtHeight(const QTextLayout& layout, qreal y);
 
     /// The system itself changes document or model: updates, rebuilds and typing wait. Set by
     /// DecodedTextBusyGuard only, whose end does what was asked for meanwhile.

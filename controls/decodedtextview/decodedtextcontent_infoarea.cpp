@@ -42,11 +42,12 @@ void DecodedTextContent::PaintInfoArea(QPainter& painter, const QRect& rect)
         const QTextLayout* layout = paragraph.layout();
         const bool shown =
             paragraph.isVisible() && exactBottom >= rect.top() && item && item->block;
-        for (int i = 0; shown && i < layout->lineCount(); ++i) {
+        const int first = LineAtHeight(*layout, rect.top() - lineHeight - exactTop);
+        for (int i = first; shown && i < layout->lineCount(); ++i) {
             const QTextLine line = layout->lineAt(i);
             const int top = qRound(exactTop + line.y());
-            if (top + lineHeight < rect.top() || top > rect.bottom()) {
-                continue;
+            if (top > rect.bottom()) {
+                break;
             }
             // The paragraph's line feed belongs to its last line.
             const bool last = i + 1 == layout->lineCount();

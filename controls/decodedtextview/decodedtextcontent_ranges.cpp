@@ -47,15 +47,24 @@ DecodedTextLayoutItem DecodedTextContent::RangeAtY(const QPoint& point) const
     const qreal top = blockBoundingGeometry(paragraph).translated(contentOffset()).top();
     // The line's own start, not the place under the left margin: there, text from right to left has
     // its line's end.
-    int offset = 0;
-    for (int i = 0; layout && i < layout->lineCount(); ++i) {
-        const QTextLine line = layout->lineAt(i);
-        if (i > 0 && top + line.y() > point.y()) {
-            break;
-        }
-        offset = line.textStart();
-    }
+    const int offset = layout && layout->lineCount() > 0
+                           ? layout->lineAt(LineAtHeight(*layout, point.y() - top)).textStart()
+                           : 0;
     return RangeAt(paragraph.position() + offset);
+}
+
+int DecodedTextContent::LineAtHeight(const QTextLayout& layout, qreal y)
+{
+    int first = 0;
+    for (int behind = layout.lineCount(); behind - first > 1;) {
+        const int middle = first + (behind - first) / 2;
+        if (layout.lineAt(middle).y() <= y) {
+            first = middle;
+        } else {
+            behind = middle;
+        }
+    }
+    return first;
 }
 
 int DecodedTextContent::CheckRange(int from, int to)
