@@ -13,7 +13,7 @@ QString WalkTicker(const DecodedTextBuffer& buffer, int maxChars)
 {
     QString result;
     for (const DecodedTextBlockPtr& block : buffer.blocks) {
-        result += block->text.simplified() + QLatin1Char(' ');
+        result += block->text.simplified() + ' ';
     }
     return result.right(qMax(0, maxChars));
 }

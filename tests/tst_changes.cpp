@@ -103,7 +103,7 @@ public:
         model.SetClock(&clock);
         block = model.GetChannelData(channel)->GetBlock(At(0), 7);
         int streamPos = 0;
-        const QStringList parts = text.split(QLatin1Char('~'));
+        const QStringList parts = text.split('~');
         for (int i = 0; i < parts.size(); ++i) {
             if (i % 2 == 1) {
                 streamPos += parts.at(i).toInt();
@@ -111,7 +111,7 @@ public:
             }
             TransmissionBuilder builder;
             builder.Block(channel, 7);
-            for (const QString& piece : parts.at(i).split(QLatin1Char('|'))) {
+            for (const QString& piece : parts.at(i).split('|')) {
                 builder.Text(streamPos, piece);
                 streamPos += Length(piece);
             }
@@ -124,24 +124,24 @@ public:
     QString Run(const QString& acts)
     {
         QStringList results;
-        for (const QString& act : acts.split(QLatin1Char(';'))) {
-            const QStringList words = act.trimmed().split(QLatin1Char(' '));
+        for (const QString& act : acts.split(';')) {
+            const QStringList words = act.trimmed().split(' ');
             const int from = words.value(1).toInt();
             const int to = words.value(2).toInt();
-            const QString text = words.value(3).replace(QLatin1Char('_'), QLatin1Char(' '));
-            if (words.first() == QLatin1String("e")) {
+            const QString text = words.value(3).replace('_', ' ');
+            if (words.first() == "e") {
                 results.append(QString::number(block->EditText(from, to, text, &model)));
-            } else if (words.first() == QLatin1String("shift")) {
+            } else if (words.first() == "shift") {
                 block->ShiftUserData(from, to, text.toInt());
-            } else if (words.first() == QLatin1String("gap")) {
+            } else if (words.first() == "gap") {
                 block->AddGap(block->GetLastPosition(), block->GetLastPosition() + 1, QString());
-            } else if (words.first() == QLatin1String("close")) {
+            } else if (words.first() == "close") {
                 block->closed = true;
             } else if (!act.isEmpty() && !Store(words.first(), from, to, text)) {
-                results.append(QLatin1String("refused"));
+                results.append("refused");
             }
         }
-        return results.join(QLatin1String(" "));
+        return results.join(" ");
     }
     /// The annotations that the last signal handed to the host.
     QString Sent() const
@@ -149,12 +149,11 @@ public:
         DataBlock data;
         if (!recorder.calls.isEmpty()) {
             const QString& call = recorder.calls.last();
-            data.SetXmlString(
-                call.mid(call.indexOf(QLatin1Char('<'))).section(QLatin1Char(')'), 0, -2));
+            data.SetXmlString(call.mid(call.indexOf('<')).section(')', 0, -2));
         }
         QString sent;
         for (const UserData* annotation : data.GetUserData()) {
-            sent += QLatin1Char(' ') + Print(*annotation);
+            sent += ' ' + Print(*annotation);
         }
         return sent.mid(1);
     }
@@ -167,18 +166,17 @@ public:
 private:
     bool Store(const QString& verb, int from, int to, const QString& text)
     {
-        const QString type = verb.endsWith(QLatin1Char('c')) ? UserData::CommentType
-                             : verb == QLatin1String("s")    ? UserData::CallSignType
-                                                             : UserData::ChangeType;
+        const QString type = verb.endsWith('c') ? UserData::CommentType
+                             : verb == "s"      ? UserData::CallSignType
+                                                : UserData::ChangeType;
         UserData* annotation = nullptr;
-        if (!verb.startsWith(QLatin1Char('r'))) {
+        if (!verb.startsWith('r')) {
             annotation = Annotation(type, from, to, verb.toUpper());
             if (type == UserData::ChangeType) {
-                const bool hasOld = text.contains(QLatin1Char('<'));
+                const bool hasOld = text.contains('<');
                 annotation->comment.clear();
-                annotation->text = text.section(QLatin1Char('<'), 0, 0);
-                annotation->oldText =
-                    hasOld ? text.section(QLatin1Char('<'), 1) : block->GetText(from, to);
+                annotation->text = text.section('<', 0, 0);
+                annotation->oldText = hasOld ? text.section('<', 1) : block->GetText(from, to);
                 annotation->end = from + Length(annotation->text);
             }
         }
@@ -204,10 +202,10 @@ private Q_SLOTS:
         Script script(row.at(0), kChannel);
         QCOMPARE(script.Run(row.at(1)), QString());
         const QString original = Print(*script.block);
-        const int from = row.at(2).section(QLatin1Char(' '), 1, 1).toInt();
+        const int from = row.at(2).section(' ', 1, 1).toInt();
         QCOMPARE(script.Run(row.at(2)), QString());
         QCOMPARE(Print(*script.block), row.at(3));
-        script.Run(QString::fromLatin1("r %1 %2").arg(from).arg(from + 1));
+        script.Run(QString("r %1 %2").arg(from).arg(from + 1));
         QCOMPARE(Print(*script.block), original);
     }
 
@@ -231,30 +229,29 @@ private Q_SLOTS:
     /// before its turn, and cuts a third.
     void WalkSurvivesWhatDisappears()
     {
-        Script script(QLatin1String("HELLO"), kChannel);
+        Script script("HELLO", kChannel);
         QVector<UserData*> imported;
         imported << Annotation(UserData::ChangeType, 60, 63, QString());
         imported << Annotation(UserData::ChangeType, 1, 3, QString());
-        imported << Annotation(UserData::CommentType, 3, 9, QLatin1String("C"));
-        imported.first()->text = QLatin1String("XYZ");
-        imported.at(1)->text = QLatin1String("EL");
+        imported << Annotation(UserData::CommentType, 3, 9, "C");
+        imported.first()->text = "XYZ";
+        imported.at(1)->text = "EL";
         script.block->ImportUserData(imported, 0);
         qDeleteAll(imported);
-        script.Run(QLatin1String("r 0 100"));
-        QCOMPARE(Print(*script.block), QString::fromLatin1("[0,3)'HLO' {Comment [1,3)'C'} open"));
-        QCOMPARE(script.Sent(), QString::fromLatin1("{Change [1,3)''}"));
+        script.Run("r 0 100");
+        QCOMPARE(Print(*script.block), QString("[0,3)'HLO' {Comment [1,3)'C'} open"));
+        QCOMPARE(script.Sent(), QString("{Change [1,3)''}"));
         QCOMPARE(script.block->userDataCount, 0);
     }
 
     void ResizeGivesAwayExactlyDelta()
     {
-        Script script(QLatin1String("AB |CD~3~EF"), kChannel);
+        Script script("AB |CD~3~EF", kChannel);
         DecodedTextBlock& block = *script.block;
         block.snippets[1].changeDelta = 1; // a record that doesn't add up
         block.ResizeRange(0, 5, -2, true);
         block.text.remove(0, 2);
-        QCOMPARE(Print(block),
-                 QString::fromLatin1("[0,2)' C' [2,3)'D' [3,6)gap'\\n\\n' [6,8)'EF' open"));
+        QCOMPARE(Print(block), QString("[0,2)' C' [2,3)'D' [3,6)gap'\\n\\n' [6,8)'EF' open"));
         QCOMPARE(block.snippets.at(0).changeDelta, -1);
         QVERIFY(!block.snippets.at(2).Has(DecodedTextSnippet::UserChanged));
     }

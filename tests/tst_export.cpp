@@ -22,17 +22,17 @@ QString Show(const DataBlock& block)
 {
     QStringList parts;
     for (const TimeStamp& stamp : block.GetTimeStamp()) {
-        parts.append(QString::number(stamp.position) + QLatin1Char('@') +
+        parts.append(QString::number(stamp.position) + '@' +
                      QString::number(TestStart().secsTo(stamp.time)));
     }
     for (const UserData* annotation : block.GetUserData()) {
         parts.append(Print(*annotation));
     }
-    return QString::fromLatin1("%1/%2 %3 ")
+    return QString("%1/%2 %3 ")
                .arg(block.GetChannel())
                .arg(block.GetID())
                .arg(PrintText(block.GetContent())) +
-           parts.join(QLatin1String(" "));
+           parts.join(" ");
 }
 
 /// Transmissions as "start..stop: data blocks", times in seconds.
@@ -44,12 +44,12 @@ QString Show(const SorvinResultData& data)
         for (const DataBlock* block : transmission->GetDataBlock()) {
             blocks.append(Show(*block));
         }
-        parts.append(QString::fromLatin1("%1..%2: ")
+        parts.append(QString("%1..%2: ")
                          .arg(TestStart().secsTo(transmission->GetStartTime()))
                          .arg(TestStart().secsTo(transmission->GetStopTime())) +
-                     blocks.join(QLatin1String(", ")));
+                     blocks.join(", "));
     }
-    return parts.join(QLatin1String(" | "));
+    return parts.join(" | ");
 }
 
 void Store(DecodedTextData& model, const DecodedTextBlockPtr& block, const QString& type, int from,
@@ -83,27 +83,25 @@ private Q_SLOTS:
         SorvinResultData data;
         model.GetData(3, data, false);
         QVERIFY(data.GetTransmission().isEmpty() && !model.ChannelExists(3) && !model.IsChanged(3));
-        model.AddTransmission(TransmissionBuilder()
-                                  .Pieces(3, QLatin1String("0:ab,2:cd"), 1)
-                                  .Pieces(3, QLatin1String("0:ef"), 2)
-                                  .Xml());
         model.AddTransmission(
-            TransmissionBuilder(TestStart().addSecs(60)).Pieces(3, QLatin1String("0:gh"), 1).Xml());
+            TransmissionBuilder().Pieces(3, "0:ab,2:cd", 1).Pieces(3, "0:ef", 2).Xml());
+        model.AddTransmission(
+            TransmissionBuilder(TestStart().addSecs(60)).Pieces(3, "0:gh", 1).Xml());
         model.GetChannelData(3)->GetBlock(TestStart().addSecs(90), 1); // without text
         QVERIFY(model.IsChanged(3));
         model.GetData(3, data, true);
-        QCOMPARE(Show(data), QString::fromLatin1("90..90: 3/1 '' "));
+        QCOMPARE(Show(data), QString("90..90: 3/1 '' "));
         QVERIFY(model.IsChanged(3));
         model.GetData(3, data, false);
-        QCOMPARE(Show(data), QString::fromLatin1("90..90: 3/1 '' , 3/1 ''  | 0..2: 3/1 'abcd' 0@0 "
-                                                 "2@2, 3/2 'ef' 0@0 | 60..60: 3/1 'gh' 0@60"));
+        QCOMPARE(Show(data), QString("90..90: 3/1 '' , 3/1 ''  | 0..2: 3/1 'abcd' 0@0 "
+                                     "2@2, 3/2 'ef' 0@0 | 60..60: 3/1 'gh' 0@60"));
         QVERIFY(!model.IsChanged(3));
-        model.AddTransmission(TransmissionBuilder().Pieces(4, QLatin1String("9:zz")).Xml());
+        model.AddTransmission(TransmissionBuilder().Pieces(4, "9:zz").Xml());
         model.GetData(
             4, data,
             false); // joins the transmission of its start time, with the gap in front of it
         QCOMPARE(Show(*data.GetTransmission().at(1)->GetDataBlock().last()),
-                 QString::fromLatin1("4/1 '\\nzz' 0@0 1@9"));
+                 QString("4/1 '\\nzz' 0@0 1@9"));
         model.EndTransmission();
         SorvinResultData none;
         model.GetData(4, none, true);
@@ -116,19 +114,15 @@ private Q_SLOTS:
         DecodedTextData model;
         model.SetClock(&clock);
         SorvinResultData data;
-        model.AddTransmission(
-            TransmissionBuilder().Block(kUser, 5).Text(0, QLatin1String("not used")).Xml());
+        model.AddTransmission(TransmissionBuilder().Block(kUser, 5).Text(0, "not used").Xml());
         model.GetData(kUser, data, false);
         QVERIFY(
             data.GetTransmission().isEmpty()); // an empty block of the user channel is not written
-        model.GetChannelData(kUser)->GetLastBlock()->EditText(0, 0, QLatin1String("typed text"),
-                                                              &model);
-        model.AddTransmission(
-            TransmissionBuilder(TestStart().addSecs(60)).Pieces(3, QLatin1String("0:gh")).Xml());
+        model.GetChannelData(kUser)->GetLastBlock()->EditText(0, 0, "typed text", &model);
+        model.AddTransmission(TransmissionBuilder(TestStart().addSecs(60)).Pieces(3, "0:gh").Xml());
         model.GetData(3, data, false);
         model.GetData(kUser, data, false);
-        QCOMPARE(Show(data),
-                 QString::fromLatin1("60..500: 3/1 'gh' 0@60, 1000/5 'typed text' 0@500 6@500"));
+        QCOMPARE(Show(data), QString("60..500: 3/1 'gh' 0@60, 1000/5 'typed text' 0@500 6@500"));
         QVERIFY(!model.GetChannelData(kUser)->GetLastBlock()->HasEditedData());
     }
 
@@ -144,7 +138,7 @@ private Q_SLOTS:
         const char* const expected[] = {"[0,2)", "[1,3)", "[1,3)", "[1,6)",
                                         "[5,5)", "[5,6)", "[5,7)", "[6,7)"};
         for (int i = 0; i < 8; ++i) {
-            const QStringList bounds = QString::fromLatin1(rows[i][1]).split(QLatin1Char(' '));
+            const QStringList bounds = QString::fromLatin1(rows[i][1]).split(' ');
             QTest::newRow(rows[i][0]) << bounds.first().toInt() << bounds.last().toInt()
                                       << QString::fromLatin1(expected[i]);
         }
@@ -155,12 +149,8 @@ private Q_SLOTS:
         QFETCH(int, from);
         QFETCH(int, to);
         DecodedTextData model;
-        model.AddTransmission(TransmissionBuilder()
-                                  .Pieces(3, QLatin1String("0:abc"))
-                                  .Pieces(3, QLatin1String("12:de"))
-                                  .Xml());
-        Store(model, model.GetChannelData(3)->GetLastBlock(), UserData::CommentType, from, to,
-              QLatin1String("C"));
+        model.AddTransmission(TransmissionBuilder().Pieces(3, "0:abc").Pieces(3, "12:de").Xml());
+        Store(model, model.GetChannelData(3)->GetLastBlock(), UserData::CommentType, from, to, "C");
         SorvinResultData data;
         model.GetData(3, data, false);
         const UserData* annotation =
@@ -178,13 +168,12 @@ private Q_SLOTS:
     void ReadBack()
     {
         DecodedTextData model;
-        model.AddTransmission(TransmissionBuilder()
-                                  .Pieces(3, QLatin1String("0:HELLO ,6:WORLD ,12:~AGAIN <&>\"'"))
-                                  .Xml());
+        model.AddTransmission(
+            TransmissionBuilder().Pieces(3, "0:HELLO ,6:WORLD ,12:~AGAIN <&>\"'").Xml());
         const DecodedTextBlockPtr block = model.GetChannelData(3)->GetLastBlock();
         Store(model, block, UserData::CallSignType, 0, 5, QString::fromUtf8("\xc3\x84 <1>"));
-        Store(model, block, UserData::ChangeType, 6, 11, QLatin1String("EARTH!"));
-        Store(model, block, UserData::CommentType, 14, 18, QLatin1String("line\nbreak"));
+        Store(model, block, UserData::ChangeType, 6, 11, "EARTH!");
+        Store(model, block, UserData::CommentType, 14, 18, "line\nbreak");
         SorvinResultData data;
         model.GetData(3, data, false);
         SorvinResultData again;
@@ -201,7 +190,7 @@ private Q_SLOTS:
         QVERIFY(reader.SetUserData(reader.GetChannelData(3)->GetLastBlock(), nullptr,
                                    UserData::ChangeType, 6, 12));
         QCOMPARE(reader.GetChannelData(3)->GetLastBlock()->text,
-                 QString::fromLatin1("HELLO WORLD \nAGAIN <&>\"'"));
+                 QString("HELLO WORLD \nAGAIN <&>\"'"));
     }
 
     void HandOver()
@@ -216,85 +205,77 @@ private Q_SLOTS:
         model.ShowUserChannel();
         model.ApplyUserChannel();
         QCOMPARE(recorder.Take(),
-                 QString::fromLatin1("ChannelCreated(1000) ShowChannel(1000) ShowChannel(1000)"));
+                 QString("ChannelCreated(1000) ShowChannel(1000) ShowChannel(1000)"));
         const DecodedTextBlockPtr block = model.GetChannelData(kUser)->GetBlock(TestStart(), 4);
-        block->EditText(0, 0, QLatin1String("one two "), &model);
+        block->EditText(0, 0, "one two ", &model);
         clock.time = TestStart().addSecs(600);
-        block->EditText(8, 0, QLatin1String("three"), &model);
+        block->EditText(8, 0, "three", &model);
         model.ApplyUserChannel();
         QCOMPARE(TakeSent(recorder),
-                 QString::fromLatin1("SaveUserData(1000,1000/4 'one two three' 0@500 4@500 8@600"));
+                 QString("SaveUserData(1000,1000/4 'one two three' 0@500 4@500 8@600"));
         model.ApplyUserChannel();
         QCOMPARE(recorder.Take(), QString());
-        Store(model, block, UserData::CommentType, 9, 11, QLatin1String("C")); // waits in the block
+        Store(model, block, UserData::CommentType, 9, 11, "C"); // waits in the block
         QCOMPARE(recorder.Take(), QString());
         model.ApplyUserChannel();
         QCOMPARE(TakeSent(recorder),
-                 QString::fromLatin1("SaveUserData(1000,1000/4 'three' 8@600 {Comment [9,11)'C'}"));
+                 QString("SaveUserData(1000,1000/4 'three' 8@600 {Comment [9,11)'C'}"));
         Store(model, block, UserData::CommentType, 5, 6,
-              QLatin1String("D")); // its snippet's time began in front of it
+              "D"); // its snippet's time began in front of it
         model.EndTransmission();
         QCOMPARE(TakeSent(recorder),
-                 QString::fromLatin1("SaveUserData(1000,1000/4 'one two three' 0@500 4@500 8@600 "
-                                     "{Comment [5,6)'D'} {Comment [9,11)'C'}"));
-        QCOMPARE(recorder.Take(), QString::fromLatin1("DataChanged(1000,true)"));
+                 QString("SaveUserData(1000,1000/4 'one two three' 0@500 4@500 8@600 "
+                         "{Comment [5,6)'D'} {Comment [9,11)'C'}"));
+        QCOMPARE(recorder.Take(), QString("DataChanged(1000,true)"));
     }
 
     void StoredAnnotationIsSent()
     {
         DecodedTextData model;
-        model.AddTransmission(
-            TransmissionBuilder().Pieces(3, QLatin1String("0:HELLO ,6:WORLD")).Xml());
+        model.AddTransmission(TransmissionBuilder().Pieces(3, "0:HELLO ,6:WORLD").Xml());
         const DecodedTextBlockPtr block = model.GetChannelData(3)->GetLastBlock();
         SignalRecorder recorder(&model);
-        Store(model, block, UserData::CommentType, 6, 11, QLatin1String("C"));
-        QCOMPARE(TakeSent(recorder),
-                 QString::fromLatin1("SaveUserData(3,3/1 '-' 0@0 {Comment [6,11)'C'}"));
+        Store(model, block, UserData::CommentType, 6, 11, "C");
+        QCOMPARE(TakeSent(recorder), QString("SaveUserData(3,3/1 '-' 0@0 {Comment [6,11)'C'}"));
         model.SetOffline(true);
-        Store(model, block, UserData::CallSignType, 7, 8, QLatin1String("S"));
+        Store(model, block, UserData::CallSignType, 7, 8, "S");
         QCOMPARE(recorder.Take(), QString());
         QVERIFY(block->HasEditedData() &&
                 block->snippets.at(1).Has(DecodedTextSnippet::UserChanged));
         const DecodedTextBlockPtr empty = model.GetChannelData(5)->GetBlock(TestStart(), 1);
         model.SetOffline(false);
         recorder.Take();
-        Store(model, empty, UserData::CommentType, 0, 0, QLatin1String("C"));
-        QCOMPARE(TakeSent(recorder),
-                 QString::fromLatin1("SaveUserData(5,5/1 '-' 0@0 {Comment [0,0)'C'}"));
+        Store(model, empty, UserData::CommentType, 0, 0, "C");
+        QCOMPARE(TakeSent(recorder), QString("SaveUserData(5,5/1 '-' 0@0 {Comment [0,0)'C'}"));
     }
 
     void ActiveUserData()
     {
         DecodedTextData model;
         for (int id = 1; id <= 3; ++id) {
-            model.AddTransmission(TransmissionBuilder()
-                                      .Pieces(3, QLatin1String("0:abcd"), id)
-                                      .Pieces(2, QLatin1String("0:abcd"), id)
-                                      .Xml());
-            Store(model, model.GetChannelData(3)->GetLastBlock(), UserData::CommentType, 1, 2,
-                  QLatin1String("C"));
+            model.AddTransmission(
+                TransmissionBuilder().Pieces(3, "0:abcd", id).Pieces(2, "0:abcd", id).Xml());
+            Store(model, model.GetChannelData(3)->GetLastBlock(), UserData::CommentType, 1, 2, "C");
         }
         QCOMPARE(model.GetChannelsWithActiveUserData(), QVector<int>() << 3);
-        Store(model, model.GetChannelData(2)->GetLastBlock(), UserData::CommentType, 1, 2,
-              QLatin1String("C"));
+        Store(model, model.GetChannelData(2)->GetLastBlock(), UserData::CommentType, 1, 2, "C");
         QCOMPARE(model.GetChannelsWithActiveUserData(), QVector<int>() << 3 << 2);
         model.SetUserData(model.GetChannelData(3)->GetLastBlock(), nullptr, UserData::CommentType,
                           0, 4);
         QCOMPARE(model.GetChannelsWithActiveUserData(), QVector<int>() << 2);
         // One that came with its text counts once the operator puts another in its place.
         model.AddTransmission(TransmissionBuilder()
-                                  .Pieces(4, QLatin1String("0:abcd"))
-                                  .Annotation(UserData::CommentType, 1, 2, QLatin1String("D"))
+                                  .Pieces(4, "0:abcd")
+                                  .Annotation(UserData::CommentType, 1, 2, "D")
                                   .Xml());
         QCOMPARE(model.GetChannelsWithActiveUserData(), QVector<int>() << 2);
-        Store(model, model.GetChannelData(4)->GetLastBlock(), UserData::CommentType, 1, 2,
-              QLatin1String("C"));
+        Store(model, model.GetChannelData(4)->GetLastBlock(), UserData::CommentType, 1, 2, "C");
         QCOMPARE(model.GetChannelsWithActiveUserData(), QVector<int>() << 2 << 4);
         model.EndTransmission();
         QVERIFY(model.GetChannelsWithActiveUserData().isEmpty());
-        QCOMPARE(model.IndexOfCallSign(QLatin1String("M")), 0);
-        QCOMPARE(model.IndexOfCallSign(QLatin1String("A")), 0);
-        QCOMPARE(model.IndexOfCallSign(QLatin1String("M")), 1);
+        QCOMPARE(model.IndexOfCallSign("M"), 0);
+        QCOMPARE(model.IndexOfCallSign("A"), 0);
+        QCOMPARE(model.IndexOfCallSign("M"), 1);
         QCOMPARE(model.GetCallSigns().size(), 2);
     }
 
@@ -302,9 +283,9 @@ private:
     static QString TakeSent(SignalRecorder& recorder)
     {
         const QString call = recorder.calls.isEmpty() ? QString() : recorder.calls.takeFirst();
-        const int from = static_cast<int>(call.indexOf(QLatin1Char('<')));
+        const int from = static_cast<int>(call.indexOf('<'));
         DataBlock block;
-        block.SetXmlString(call.mid(from, call.lastIndexOf(QLatin1Char('>')) + 1 - from));
+        block.SetXmlString(call.mid(from, call.lastIndexOf('>') + 1 - from));
         return call.left(qMax(0, from)) + Show(block);
     }
 };

@@ -24,12 +24,12 @@ const int kLeft = 4; ///< of the text column, pixels
 /// Call signs given as "0 A,6 B": from where on, and the sign; each covers two positions.
 void Label(TextArea& area, const QString& signs)
 {
-    for (const QString& one : signs.split(QLatin1Char(','))) {
+    for (const QString& one : signs.split(',')) {
         UserData* sign = new UserData;
         sign->type = UserData::CallSignType;
-        sign->start = one.section(QLatin1Char(' '), 0, 0).toInt();
+        sign->start = one.section(' ', 0, 0).toInt();
         sign->end = sign->start + 2;
-        sign->callSign = one.section(QLatin1Char(' '), 1);
+        sign->callSign = one.section(' ', 1);
         area.Newest()->InsertUserData(sign);
     }
     area.content.RefreshContent();

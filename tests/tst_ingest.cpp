@@ -19,7 +19,7 @@ namespace {
 /// Data blocks in short form, separated by "|", each in a transmission of its own.
 void Feed(DecodedTextData& model, const QString& stream, int channel = 1)
 {
-    for (const QString& pieces : stream.split(QLatin1Char('|'))) {
+    for (const QString& pieces : stream.split('|')) {
         model.AddTransmission(TransmissionBuilder().Pieces(channel, pieces).Xml());
     }
 }
@@ -77,7 +77,7 @@ private Q_SLOTS:
         QFETCH(QString, stream);
         DecodedTextData model;
         SignalRecorder recorder(&model);
-        for (const QString& pieces : stream.split(QLatin1Char('|'))) {
+        for (const QString& pieces : stream.split('|')) {
             recorder.Take();
             Feed(model, pieces);
         }
@@ -186,7 +186,7 @@ private Q_SLOTS:
         QFETCH(QString, pieces);
         DecodedTextData whole;
         Feed(whole, before + pieces);
-        const QStringList parts = pieces.split(QLatin1Char(','));
+        const QStringList parts = pieces.split(',');
         for (int part = 0; part < parts.size(); ++part) {
             const int pos = parts.at(part).section(':', 0, 0).toInt();
             const QString text = parts.at(part).section(':', 1);

@@ -73,41 +73,39 @@ const char* const kMapped[] = {
 QString RunScript(DecodedTextData& model, const QString& acts)
 {
     SignalRecorder recorder(&model);
-    for (const QString& part : acts.split(QLatin1Char(';'))) {
-        const QString act = QString(part).replace(QLatin1Char('~'), QLatin1Char('\n'));
-        const QString verb = act.section(QLatin1Char(' '), 0, 0);
-        const QString rest = act.section(QLatin1Char(' '), 1);
-        const int from = rest.section(QLatin1Char(' '), 0, 0).toInt();
-        const int to = rest.section(QLatin1Char(' '), 1, 1).toInt();
-        if (verb == QLatin1String("sep")) {
+    for (const QString& part : acts.split(';')) {
+        const QString act = QString(part).replace('~', '\n');
+        const QString verb = act.section(' ', 0, 0);
+        const QString rest = act.section(' ', 1);
+        const int from = rest.section(' ', 0, 0).toInt();
+        const int to = rest.section(' ', 1, 1).toInt();
+        if (verb == "sep") {
             model.SetChannelSeparator(rest);
-        } else if (verb == QLatin1String("name")) {
-            model.DefineChannelName(from, rest.section(QLatin1Char(' '), 1));
-        } else if (verb == QLatin1String("end")) {
+        } else if (verb == "name") {
+            model.DefineChannelName(from, rest.section(' ', 1));
+        } else if (verb == "end") {
             model.EndTransmission();
-        } else if (verb == QLatin1String("c")) {
-            StoreMerged(model, UserData::CommentType, from, to, QLatin1String("C"));
-        } else if (verb == QLatin1String("s")) {
-            StoreMerged(model, UserData::CallSignType, from, to, QLatin1String("S"));
-        } else if (verb == QLatin1String("x")) {
-            StoreMerged(model, UserData::ChangeType, from, to, rest.section(QLatin1Char(' '), 2));
-        } else if (verb == QLatin1String("r")) {
+        } else if (verb == "c") {
+            StoreMerged(model, UserData::CommentType, from, to, "C");
+        } else if (verb == "s") {
+            StoreMerged(model, UserData::CallSignType, from, to, "S");
+        } else if (verb == "x") {
+            StoreMerged(model, UserData::ChangeType, from, to, rest.section(' ', 2));
+        } else if (verb == "r") {
             const DecodedTextBlockPtr merged = model.GetChannelData(0)->GetLastBlock();
             model.SetUserData(merged, nullptr, UserData::ChangeType, from, to);
         } else {
             TransmissionBuilder builder;
             builder.Block(verb.left(1).toInt(), qMax(1, verb.mid(2).toInt()));
-            for (const QString& piece : rest.split(QLatin1Char(','))) {
-                const QString content = piece.section(QLatin1Char(':'), 1);
-                builder.Text(piece.section(QLatin1Char(':'), 0, 0).toInt(),
-                             content.section(QLatin1Char('@'), 0, 0), Quality(50),
-                             At(content.section(QLatin1Char('@'), 1).toInt()));
+            for (const QString& piece : rest.split(',')) {
+                const QString content = piece.section(':', 1);
+                builder.Text(piece.section(':', 0, 0).toInt(), content.section('@', 0, 0),
+                             Quality(50), At(content.section('@', 1).toInt()));
             }
             AddMerged(model, builder.Xml());
         }
     }
-    return recorder.calls.isEmpty() ? QString()
-                                    : recorder.calls.last().section(QLatin1Char('<'), 0, 0);
+    return recorder.calls.isEmpty() ? QString() : recorder.calls.last().section('<', 0, 0);
 }
 } // namespace
 
@@ -148,14 +146,14 @@ private Q_SLOTS:
     {
         DecodedTextData model;
         TransmissionBuilder builder;
-        builder.Block(1).Text(0, QLatin1String("ab")).Last()->SetContentDirectionRTL(true);
-        builder.Last()->SetContentCode(QLatin1String("X1"));
+        builder.Block(1).Text(0, "ab").Last()->SetContentDirectionRTL(true);
+        builder.Last()->SetContentCode("X1");
         AddMerged(model, builder.Xml());
         const DecodedTextBlockPtr merged = model.GetChannelData(0)->GetLastBlock();
         QVERIFY(merged->rightToLeft && merged->changed &&
                 model.GetChannelData(1)->GetLastBlock()->closed);
-        QCOMPARE(merged->contentCode, QLatin1String("X1"));
-        RunScript(model, QLatin1String("2 0:cd@2"));
+        QCOMPARE(merged->contentCode, "X1");
+        RunScript(model, "2 0:cd@2");
         QVERIFY(!merged->rightToLeft);
     }
 
@@ -165,22 +163,20 @@ private Q_SLOTS:
     {
         DecodedTextData model;
         model.SetBufferSize(1000);
-        const QString filling(1600, QLatin1Char('a'));
-        RunScript(model, QString::fromLatin1("1 0:%1@1;2 0:b@2").arg(filling));
+        const QString filling(1600, 'a');
+        RunScript(model, QString("1 0:%1@1;2 0:b@2").arg(filling));
         model.GetChannelData(1)->hold = true;
-        QCOMPARE(RunScript(model, QLatin1String("1 1600:cd@3")),
-                 QLatin1String("DataChanged(0,true)"));
+        QCOMPARE(RunScript(model, "1 1600:cd@3"), "DataChanged(0,true)");
         QCOMPARE(Print(model, 0).remove(filling),
-                 QString::fromLatin1("[0,1600)'' [1600,1602)gap'\\n\\n' [1602,1603)'b' {CallSign "
-                                     "[0,1)''} {CallSign [1602,1603)''} open"));
-        QCOMPARE(RunScript(model, QLatin1String("1 1602:ef@4")), QString());
+                 QString("[0,1600)'' [1600,1602)gap'\\n\\n' [1602,1603)'b' {CallSign "
+                         "[0,1)''} {CallSign [1602,1603)''} open"));
+        QCOMPARE(RunScript(model, "1 1602:ef@4"), QString());
         model.GetChannelData(1)->hold = false;
-        QCOMPARE(RunScript(model, QLatin1String("1 1604:gh@5")),
-                 QLatin1String("DataChanged(0,false)"));
-        QCOMPARE(Print(model, 0).remove(filling),
-                 QString::fromLatin1(
-                     "[0,1600)'' [1600,1602)gap'\\n\\n' [1602,1603)'b' [1603,1605)'gh' {CallSign "
-                     "[0,1)''} {CallSign [1602,1603)''} {CallSign [1603,1604)''} open"));
+        QCOMPARE(RunScript(model, "1 1604:gh@5"), "DataChanged(0,false)");
+        QCOMPARE(
+            Print(model, 0).remove(filling),
+            QString("[0,1600)'' [1600,1602)gap'\\n\\n' [1602,1603)'b' [1603,1605)'gh' {CallSign "
+                    "[0,1)''} {CallSign [1602,1603)''} {CallSign [1603,1604)''} open"));
     }
 };
 

@@ -85,7 +85,7 @@ QString Print(const QString& xml)
         line += QString(" %1").arg(block->GetChannel());
         for (const TimeStamp& stamp : block->GetTimeStamp())
             line += QString("@%1").arg(stamp.position);
-        line += QLatin1Char(':') + block->GetContent();
+        line += ':' + block->GetContent();
     }
     return line;
 }
@@ -141,7 +141,7 @@ private Q_SLOTS:
         }
         data.AddTransmission(new Transmission);
         const QString xml = data.GetXmlString();
-        QVERIFY(!xml.contains(QLatin1Char('\n')) && !xml.contains(QLatin1Char('\r')));
+        QVERIFY(!xml.contains('\n') && !xml.contains('\r'));
         QCOMPARE(Validate(xml), QString());
 
         SorvinResultData copy;
@@ -213,7 +213,7 @@ private Q_SLOTS:
             SorvinResultData read;
             QVERIFY(!read.SetXmlString(part));
             QCOMPARE(read.GetErrorLine(), 1);
-            QVERIFY(read.GetErrorColumn() >= part.lastIndexOf(QLatin1Char('<')) &&
+            QVERIFY(read.GetErrorColumn() >= part.lastIndexOf('<') &&
                     read.GetErrorColumn() <= cut + 1);
             int blocks = 0;
             for (int i = 0; i < read.GetTransmission().size(); ++i) {
@@ -248,7 +248,7 @@ private Q_SLOTS:
         for (int i = 0; i < 3; ++i) {
             block.SetTimeStamp(Utc(i));
             block.BeginFrame();
-            block.AppendData(QString(i, QLatin1Char('x')) + "y");
+            block.AppendData(QString(i, 'x') + "y");
             block.EndFrame();
         }
         QCOMPARE(block.GetContent(), QString("yxyxxy"));
