@@ -124,9 +124,18 @@ void WriteBlock(QString& out, const DecodedTextBlock& block, const ChannelPanels
 /// A paragraph as the model has it.
 struct Paragraph
 {
+    DecodedTextBlockPtr block;
+    int textIndex; ///< of its first character
     int length;
-    QDateTime time;
 };
+
+/// The time of the character \a offset characters behind its start.
+QDateTime TimeIn(const Paragraph& paragraph, int offset)
+{
+    const DecodedTextSnippetList& snippets = paragraph.block->snippets;
+    const int i = snippets.IndexOfTextIndex(paragraph.textIndex + offset);
+    return i < snippets.size() && !snippets.at(i).IsGap() ? snippets.at(i).time : QDateTime();
+}
 
 QVector<Paragraph> ParagraphsOf(const DecodedTextBuffer& buffer)
 {
@@ -136,12 +145,10 @@ QVector<Paragraph> ParagraphsOf(const DecodedTextBuffer& buffer)
         while (from <= block->text.size()) {
             const int lineFeed = static_cast<int>(block->text.indexOf(QLatin1Char('\n'), from));
             const int to = lineFeed < 0 ? static_cast<int>(block->text.size()) : lineFeed;
-            const int i = block->snippets.IndexOfTextIndex(from);
             Paragraph paragraph;
+            paragraph.block = block;
+            paragraph.textIndex = from;
             paragraph.length = to - from;
-            if (i < block->snippets.size() && !block->snippets.at(i).IsGap()) {
-                paragraph.time = block->snippets.at(i).time;
-            }
             paragraphs.append(paragraph);
             from = to + 1;
         }
@@ -152,7 +159,7 @@ QVector<Paragraph> ParagraphsOf(const DecodedTextBuffer& buffer)
 } // namespace
 
 QVector<QDateTime> TimesOfParagraphs(const ChannelPanels& panels, int channel,
-                                     const QTextDocument& document)
+                                     const QTextDocument& document, int fromDocPos)
 {
     QVector<QDateTime> times(document.blockCount());
     if (!panels.GetModel() || !panels.GetModel()->ChannelExists(channel)) {
@@ -168,7 +175,8 @@ QVector<QDateTime> TimesOfParagraphs(const ChannelPanels& panels, int channel,
             ++next;
         }
         if (next < known.size() && known.at(next).length == length) {
-            times[shown.blockNumber()] = known.at(next).time;
+            const int offset = shown.contains(fromDocPos) ? fromDocPos - shown.position() : 0;
+            times[shown.blockNumber()] = TimeIn(known.at(next), offset);
             ++next;
         }
     }

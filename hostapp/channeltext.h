@@ -15,8 +15,9 @@ class QTextDocument;
 QString TextOfChannels(const ChannelPanels& panels);
 
 /// For each paragraph of \a document, which a text area shows for \a channel, the time of its first
-/// character, UTC; null for empty paragraphs between transmissions and for gaps.
+/// character, UTC; of the paragraph with document position \a fromDocPos the time of the character
+/// there. Null for empty paragraphs between transmissions and for gaps.
 QVector<QDateTime> TimesOfParagraphs(const ChannelPanels& panels, int channel,
-                                     const QTextDocument& document);
+                                     const QTextDocument& document, int fromDocPos);
 
 #endif

@@ -125,7 +125,7 @@ void Demo::Watch()
 
 void Demo::AllShown()
 {
-    WriteOutputs();
+    WriteOutputs(options.quitAtEnd);
     if (options.quitAtEnd) {
         QApplication::exit(GetExitStatus());
     }
@@ -139,7 +139,7 @@ void Demo::Finish()
     watchTimer.stop();
     hurryTimer.stop();
     if (!options.quitAtEnd) {
-        WriteOutputs();
+        WriteOutputs(true);
     }
     delete panels;
     panels = nullptr;
@@ -148,12 +148,12 @@ void Demo::Finish()
     object = nullptr;
 }
 
-void Demo::WriteOutputs()
+void Demo::WriteOutputs(bool isLast)
 {
     if (!window || !view) {
         return;
     }
-    for (const QString& error : WriteWhatIsAskedFor(options, window, view, *panels)) {
+    for (const QString& error : WriteWhatIsAskedFor(options, window, view, *panels, isLast)) {
         Fail(error);
     }
 }

@@ -37,7 +37,7 @@ private Q_SLOTS:
 private:
     bool Load();
     bool FindWindow();
-    void WriteOutputs();
+    void WriteOutputs(bool isLast);
     void Fail(const QString& message);
 
     HostOptions options;

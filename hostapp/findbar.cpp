@@ -1,25 +1,46 @@
-// Finds text with the document's own search and marks the hits as extra selections of the text
-// areas, which belong to the widget and not to the document. Marks are made anew a moment after a
-// text area's text or the text sought changed.
+// Finds a text in the text areas' documents, and lets each text area mark and count its hits, a few
+// milliseconds at a time.
 #include "findbar.h"
 
+#include "hitmarks.h"
 #include "textareas.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMainWindow>
+#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QStatusBar>
 
 namespace {
 
 const int kMarkDelayMs = 150;
-const int kMaxMarks =
-    2000; // of one text area; more would slow painting down and tell nobody anything
+const int kTurnMs = 4; // of counting, before other events have their turn
+const int kMessageMs = 5000;
+
+/// Selects the first \a sought behind document position \a docPos, or the last one before it; null
+/// when there is none.
+QTextCursor FindIn(QTextDocument* document, const QString& sought, int docPos, bool backwards)
+{
+    const QString searched = document->toPlainText();
+    const int length = static_cast<int>(sought.size());
+    int from = -1;
+    if (!backwards) {
+        from = static_cast<int>(searched.indexOf(sought, docPos, Qt::CaseInsensitive));
+    } else if (docPos >= length) {
+        from = static_cast<int>(searched.lastIndexOf(sought, docPos - length, Qt::CaseInsensitive));
+    }
+    return from < 0 ? QTextCursor() : HitMarks::Selected(document, from, from + length);
+}
 
 QPushButton* AddButton(QWidget* bar, const QString& label, const char* slot)
 {
     QPushButton* const button = new QPushButton(label, bar);
+    // Return presses the one with the keyboard focus.
+    button->setAutoDefault(true);
     QObject::connect(button, SIGNAL(clicked()), bar, slot);
     bar->layout()->addWidget(button);
     return button;
@@ -36,7 +57,7 @@ FindBar::FindBar(TextAreas* textAreas, QWidget* parent)
     setObjectName(QLatin1String("FindBar"));
     QHBoxLayout* const layout = new QHBoxLayout(this);
     layout->setContentsMargins(4, 2, 4, 2);
-    QLabel* const label = new QLabel(tr("&Find:"), this);
+    QLabel* const label = new QLabel(tr("F&ind:"), this);
     label->setBuddy(text);
     text->setObjectName(QLatin1String("FindText"));
     text->setAccessibleName(tr("Text to find"));
@@ -50,7 +71,24 @@ FindBar::FindBar(TextAreas* textAreas, QWidget* parent)
     markTimer.setSingleShot(true);
     connect(&markTimer, SIGNAL(timeout()), this, SLOT(Mark()));
     connect(text, SIGNAL(textChanged(QString)), this, SLOT(MarkSoon()));
+    connect(areas, SIGNAL(VisibleChanged()), this, SLOT(MarkNow()));
     hide();
+}
+
+QString FindBar::GetSought() const
+{
+    return HitMarks::WithPlainBlanks(text->text());
+}
+
+bool FindBar::HasKeyboard() const
+{
+    return isAncestorOf(QApplication::focusWidget());
+}
+
+bool FindBar::Keeps(const QPlainTextEdit* area) const
+{
+    return areas && !hitText.isEmpty() && HasKeyboard() && area == areas->GetCurrent() &&
+           area->textCursor().selectedText() == hitText;
 }
 
 void FindBar::Open()
@@ -78,44 +116,56 @@ void FindBar::Close()
 
 void FindBar::FindNext()
 {
-    Find(false);
+    FindOrSayNo(false);
 }
 
 void FindBar::FindPrevious()
 {
-    Find(true);
+    FindOrSayNo(true);
+}
+
+void FindBar::FindOrSayNo(bool backwards)
+{
+    if (text->text().isEmpty() || !areas->GetCurrent()) {
+        Open();
+        return;
+    }
+    const QMainWindow* const host = qobject_cast<QMainWindow*>(window());
+    if (!Find(backwards) && host) {
+        host->statusBar()->showMessage(tr("\"%1\" not found").arg(text->text()), kMessageMs);
+    }
 }
 
 /// Selects the next hit: behind (or before) the selection of the current text area, then in the
 /// other ones in turn.
-void FindBar::Find(bool backwards)
+bool FindBar::Find(bool backwards)
 {
-    QPlainTextEdit* const current = areas->GetCurrent();
-    if (text->text().isEmpty() || !current) {
-        Open();
-        return;
-    }
-    const QTextDocument::FindFlags flags =
-        backwards ? QTextDocument::FindBackward : QTextDocument::FindFlags();
     const QList<QPlainTextEdit*> visible = areas->GetVisible();
     const int areaCount = static_cast<int>(visible.size());
-    const int begin = static_cast<int>(visible.indexOf(current));
+    const int begin = static_cast<int>(visible.indexOf(areas->GetCurrent()));
+    hitText.clear();
     // The current text area comes again at the end, for what lies on the other side of its
     // selection.
     for (int i = 0; i <= areaCount; ++i) {
         QPlainTextEdit* const area =
             visible.at((begin + (backwards ? areaCount * 2 - i : i)) % areaCount);
-        QTextCursor from = area->textCursor();
-        if (i > 0) {
-            from.movePosition(backwards ? QTextCursor::End : QTextCursor::Start);
-        }
-        const QTextCursor hit = area->document()->find(text->text(), from, flags);
+        const QTextCursor selected = area->textCursor();
+        const int besideSelection = backwards ? selected.selectionStart() : selected.selectionEnd();
+        const int farEnd = backwards ? area->document()->characterCount() - 1 : 0;
+        const QTextCursor hit =
+            FindIn(area->document(), GetSought(), i == 0 ? besideSelection : farEnd, backwards);
         if (!hit.isNull()) {
+            MarksOf(area);
             area->setTextCursor(hit);
             areas->SetCurrent(area);
-            return;
+            hitText = hit.selectedText();
+            if (!HasKeyboard()) {
+                area->setFocus(Qt::ShortcutFocusReason);
+            }
+            return true;
         }
     }
+    return false;
 }
 
 void FindBar::MarkSoon()
@@ -126,40 +176,46 @@ void FindBar::MarkSoon()
     }
 }
 
-void FindBar::Mark()
+void FindBar::MarkNow()
 {
-    const bool isWanted = isVisible() && !text->text().isEmpty();
-    int hits = 0;
-    const QList<QPlainTextEdit*> visible = areas->GetVisible();
-    for (QPlainTextEdit* area : visible) {
-        Watch(area);
-        QList<QTextEdit::ExtraSelection> marks;
-        QTextCursor hit(area->document());
-        while (isWanted && marks.size() < kMaxMarks) {
-            hit = area->document()->find(text->text(), hit);
-            if (hit.isNull()) {
-                break;
-            }
-            QTextEdit::ExtraSelection mark;
-            mark.cursor = hit;
-            mark.format.setBackground(QColor(255, 170, 60));
-            mark.format.setForeground(Qt::black);
-            marks.append(mark);
-        }
-        hits += static_cast<int>(marks.size());
-        area->setExtraSelections(marks);
-    }
-    count->setText(isWanted ? tr("%1 found").arg(hits) : QString());
+    markTimer.start(0);
 }
 
-/// Marks follow the text of \a area from now on.
-void FindBar::Watch(QPlainTextEdit* area)
+void FindBar::Mark()
 {
-    if (!marked.contains(area)) {
-        marked.removeAll(QPointer<QPlainTextEdit>());
-        marked.append(area);
-        connect(area, SIGNAL(textChanged()), this, SLOT(MarkSoon()));
+    const QString sought = isVisible() ? GetSought() : QString();
+    const QList<QPlainTextEdit*> visible = areas->GetVisible();
+    for (QPlainTextEdit* area : visible) {
+        if (!sought.isEmpty()) {
+            MarksOf(area);
+        }
     }
+    QElapsedTimer clock;
+    clock.start();
+    bool isComplete = true;
+    int hits = 0;
+    marks.removeAll(QPointer<HitMarks>());
+    for (HitMarks* mark : marks) {
+        mark->SetSought(visible.contains(mark->GetArea()) ? sought : QString());
+        isComplete = mark->Count(clock, kTurnMs) && isComplete;
+        hits += mark->GetCount();
+    }
+    if (!isComplete) {
+        MarkNow();
+    } else {
+        count->setText(sought.isEmpty() ? QString() : tr("%1 found").arg(hits));
+    }
+}
+
+HitMarks* FindBar::MarksOf(QPlainTextEdit* area)
+{
+    HitMarks* mark = area->findChild<HitMarks*>();
+    if (!mark) {
+        mark = new HitMarks(area, this);
+        connect(mark, SIGNAL(Outdated()), this, SLOT(MarkSoon()));
+        marks.append(mark);
+    }
+    return mark;
 }
 
 void FindBar::keyPressEvent(QKeyEvent* event)
@@ -168,7 +224,7 @@ void FindBar::keyPressEvent(QKeyEvent* event)
     if (event->key() == Qt::Key_Escape) {
         Close();
     } else if (isReturn) {
-        Find((event->modifiers() & Qt::ShiftModifier) != 0);
+        FindOrSayNo((event->modifiers() & Qt::ShiftModifier) != 0);
     } else {
         QWidget::keyPressEvent(event);
     }

@@ -2,24 +2,28 @@
 #define FINDBAR_H
 
 #include <QList>
-#include <QPlainTextEdit>
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
 
+class HitMarks;
 class QLabel;
 class QLineEdit;
+class QPlainTextEdit;
 class TextAreas;
 
-/// A bar that finds a text in all open text areas and marks its places. Marks are laid over the
-/// text: documents and annotations stay as they are.
+/// A bar that finds a text in all open text areas and marks its places.
 class FindBar : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// \a textAreas is borrowed and must outlive this object.
+    /// \a textAreas is borrowed and may die first, when the window does.
     FindBar(TextAreas* textAreas, QWidget* parent);
+
+    /// Whether \a area has to go on showing its selection, which was found last, although the
+    /// keyboard is here.
+    bool Keeps(const QPlainTextEdit* area) const;
 
 public Q_SLOTS:
     /// Shows the bar and takes the keyboard.
@@ -35,15 +39,20 @@ protected:
 private Q_SLOTS:
     void Mark();
     void MarkSoon();
+    void MarkNow();
 
 private:
-    void Find(bool backwards);
-    void Watch(QPlainTextEdit* area);
+    QString GetSought() const;
+    bool HasKeyboard() const;
+    bool Find(bool backwards);
+    void FindOrSayNo(bool backwards);
+    HitMarks* MarksOf(QPlainTextEdit* area);
 
-    TextAreas* areas; ///< borrowed
-    QLineEdit* text;  ///< owned as a child, as the next one
+    QPointer<TextAreas> areas; ///< borrowed
+    QLineEdit* text;           ///< owned as a child, as the next one
     QLabel* count;
-    QList<QPointer<QPlainTextEdit>> marked; ///< have marks, or had them
+    QList<QPointer<HitMarks>> marks; ///< owned by their text areas
+    QString hitText;                 ///< as it was selected last
     QTimer markTimer;
 };
 

@@ -16,6 +16,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QStatusBar>
+#include <QTextBlock>
 
 namespace {
 
@@ -42,17 +43,103 @@ const AnnotationEntry kAnnotations[] = {
 const char kMoveProperty[] = "move";
 const char kExtendProperty[] = "extend";
 
-/// Moves the selection of \a area; a plain move selects the word that it comes to, so that it can
-/// be annotated at once.
+bool HasWord(const QTextCursor& cursor)
+{
+    return !cursor.selectedText().trimmed().isEmpty();
+}
+
+/// From \a cursor's place to the end of the word that is there; nothing among blanks.
+QTextCursor WordFrom(QTextCursor cursor)
+{
+    cursor.movePosition(QTextCursor::EndOfWord, QTextCursor::KeepAnchor);
+    return cursor;
+}
+
+/// The word around \a place; among blanks the one before it or else behind it in its paragraph.
+QTextCursor WordAt(const QTextCursor& place)
+{
+    const QTextCursor::MoveOperation ways[] = {QTextCursor::StartOfWord, QTextCursor::PreviousWord,
+                                               QTextCursor::NextWord};
+    for (QTextCursor::MoveOperation way : ways) {
+        QTextCursor word = place;
+        word.movePosition(way);
+        const bool isSameParagraph = word.block() == place.block();
+        word = WordFrom(word);
+        if (isSameParagraph && HasWord(word)) {
+            return word;
+        }
+    }
+    return place;
+}
+
+/// The word that \a move comes to from the start of \a selection; lines without words are passed
+/// over. Where there is none the selection stays.
+QTextCursor MovedToWord(const QTextCursor& selection, QTextCursor::MoveOperation move)
+{
+    const bool isByWord = move == QTextCursor::NextWord || move == QTextCursor::PreviousWord;
+    QTextCursor cursor = selection;
+    cursor.setPosition(selection.selectionStart());
+    while (cursor.movePosition(move)) {
+        const QTextCursor word = isByWord ? WordFrom(cursor) : WordAt(cursor);
+        // A word may go on in the next line.
+        if (HasWord(word) && word.selectionStart() != selection.selectionStart()) {
+            return word;
+        }
+    }
+    return selection;
+}
+
+void Select(QTextCursor& cursor, int from, int to)
+{
+    cursor.setPosition(from);
+    cursor.setPosition(to, QTextCursor::KeepAnchor);
+}
+
+/// To the end of the word at or behind the selection's end.
+void ExtendByWord(QTextCursor& selection)
+{
+    QTextCursor place = selection;
+    place.setPosition(selection.selectionEnd());
+    while (!HasWord(WordFrom(place)) && place.movePosition(QTextCursor::NextWord)) {
+    }
+    const QTextCursor word = WordFrom(place);
+    if (HasWord(word)) {
+        const int from =
+            selection.hasSelection() ? selection.selectionStart() : word.selectionStart();
+        Select(selection, from, word.selectionEnd());
+    }
+}
+
+/// To the end of the word before the last one; one word at least stays selected.
+void ShrinkByWord(QTextCursor& selection)
+{
+    const int from = selection.selectionStart();
+    QTextCursor last = selection;
+    last.setPosition(selection.selectionEnd());
+    last.movePosition(QTextCursor::PreviousWord);
+    int to = last.position();
+    while (to > from && selection.document()->characterAt(to - 1).isSpace()) {
+        --to;
+    }
+    if (to > from) {
+        Select(selection, from, to);
+    }
+}
+
+/// Moves the selection of \a area. Every move leaves whole words selected, without blanks around
+/// them, so that they can be annotated at once.
 void MoveSelection(QPlainTextEdit* area, QTextCursor::MoveOperation move, bool extend)
 {
     QTextCursor cursor = area->textCursor();
-    if (extend) {
-        cursor.movePosition(move, QTextCursor::KeepAnchor);
+    if (!extend) {
+        cursor = MovedToWord(cursor, move);
+    } else if (move == QTextCursor::NextWord) {
+        ExtendByWord(cursor);
+    } else if (move == QTextCursor::PreviousWord) {
+        ShrinkByWord(cursor);
     } else {
-        cursor.setPosition(cursor.selectionStart());
-        cursor.movePosition(move);
-        cursor.movePosition(QTextCursor::EndOfWord, QTextCursor::KeepAnchor);
+        Select(cursor, cursor.selectionStart(), cursor.selectionEnd());
+        cursor.movePosition(move, QTextCursor::KeepAnchor);
     }
     area->setTextCursor(cursor);
 }
@@ -66,7 +153,6 @@ HostMenus::HostMenus(HostWindow* hostWindow, ChannelPanels* channelPanels, TextA
     , panels(channelPanels)
     , areas(textAreas)
     , findBar(bar)
-    , annotateMenu(nullptr)
 {
     AddFileMenu();
     AddEditMenu();
@@ -97,7 +183,7 @@ void HostMenus::AddFileMenu()
     QMenu* const menu = AddMenu(tr("&File"));
     Add(menu, tr("&Open Recording..."), "Ctrl+O", this, SLOT(OpenFiles()));
     Add(menu, tr("Save &Text..."), "Ctrl+S", this, SLOT(SaveText()));
-    Add(menu, tr("&Export XML..."), "Ctrl+E", this, SLOT(SaveExport()));
+    Add(menu, tr("&Export XML..."), "Ctrl+E", window, SLOT(Export()));
     menu->addSeparator();
     Add(menu, tr("&Quit"), "Ctrl+Q", window, SLOT(close()));
 }
@@ -123,7 +209,7 @@ void HostMenus::AddMarkMenu(QMenu* menu)
     menu->addSeparator();
     AddMove(menu, tr("&Extend by a Word"), "Alt+Shift+Right", QTextCursor::NextWord, true);
     AddMove(menu, tr("&Shrink by a Word"), "Alt+Shift+Left", QTextCursor::PreviousWord, true);
-    AddMove(menu, tr("Extend to the Line's E&nd"), "Alt+Shift+End", QTextCursor::EndOfBlock, true);
+    AddMove(menu, tr("Extend to the &Line's End"), "Alt+Shift+End", QTextCursor::EndOfBlock, true);
 }
 
 QAction* HostMenus::AddMove(QMenu* menu, const QString& label, const char* keys, int move,
@@ -155,15 +241,14 @@ void HostMenus::AddViewMenu()
 
 void HostMenus::AddAnnotateMenu()
 {
-    annotateMenu = AddMenu(tr("&Annotate"));
+    QMenu* const menu = AddMenu(tr("&Annotate"));
     for (const AnnotationEntry& entry : kAnnotations) {
-        QAction* const action = Add(annotateMenu, QCoreApplication::translate("", entry.label),
-                                    entry.keys, this, SLOT(Annotate()));
+        QAction* const action = Add(menu, QCoreApplication::translate("", entry.label), entry.keys,
+                                    this, SLOT(Annotate()));
         action->setData(QByteArray(entry.slot));
     }
-    annotateMenu->addSeparator();
-    Add(annotateMenu, tr("&All That Applies Here..."), "Shift+F10", this,
-        SLOT(ShowAnnotationMenu()));
+    menu->addSeparator();
+    Add(menu, tr("&All That Applies Here..."), "Shift+F10", this, SLOT(ShowAnnotationMenu()));
 }
 
 void HostMenus::AddHelpMenu()
@@ -182,33 +267,27 @@ void HostMenus::OpenFiles()
     }
 }
 
-QString HostMenus::AskFile(const QString& title, const QString& filter)
+void HostMenus::Say(const QString& message)
 {
-    return QFileDialog::getSaveFileName(window, title, QString(), filter);
+    window->statusBar()->showMessage(message, kMessageMs);
 }
 
 void HostMenus::SaveText()
 {
-    const QString file = AskFile(tr("Save Text"), tr("Texts (*.txt);;All files (*)"));
+    const QString file = QFileDialog::getSaveFileName(window, tr("Save Text"), QString(),
+                                                      tr("Texts (*.txt);;All files (*)"));
     if (!file.isEmpty()) {
         window->Report(WriteText(file, *panels), tr("Text saved in %1").arg(file));
-    }
-}
-
-void HostMenus::SaveExport()
-{
-    const QString file = AskFile(tr("Export XML"), tr("Recordings (*.xml);;All files (*)"));
-    if (!file.isEmpty()) {
-        window->Report(WriteExport(file, panels->GetView(), *panels),
-                       tr("Exported to %1").arg(file));
     }
 }
 
 void HostMenus::Copy()
 {
     QPlainTextEdit* const area = areas->GetCurrent();
-    if (area) {
+    if (area && area->textCursor().hasSelection()) {
         area->copy();
+    } else {
+        Say(tr("Nothing is selected"));
     }
 }
 
@@ -217,6 +296,8 @@ void HostMenus::CopyWithTimes()
     const QString text = areas->GetSelectionWithTimes();
     if (!text.isEmpty()) {
         QApplication::clipboard()->setText(text);
+    } else {
+        Say(tr("Nothing is selected"));
     }
 }
 
@@ -235,10 +316,9 @@ void HostMenus::Move()
 void HostMenus::Annotate()
 {
     const QAction* const action = qobject_cast<QAction*>(sender());
-    const QString label = action->text();
+    const QString label = WithoutMnemonic(action->text());
     if (!areas->Annotate(action->data().toByteArray().constData(), label)) {
-        window->statusBar()->showMessage(tr("%1: not possible for this text").arg(label),
-                                         kMessageMs);
+        Say(tr("%1: not possible for this text").arg(label));
     }
 }
 
@@ -261,10 +341,10 @@ void HostMenus::ShowLegend()
 {
     QMessageBox::information(
         window, tr("Colours and Marks"),
-        tr("<p><span style='color:#646464'>Grey text</span>: its transmission is finished and "
-           "can't "
-           "be annotated any more.</p>"
-           "<p><span style='color:#ff0000'>Red text</span>: was decoded with poor quality (while "
+        tr("<p><span style='background-color:white;color:#646464'>Grey text</span>: its "
+           "transmission is finished and can't be annotated any more.</p>"
+           "<p><span style='background-color:white;color:#ff0000'>Red text</span>: was decoded "
+           "with poor quality (while "
            "\"Morse ColorCoding\" is on).</p>"
            "<p><span style='background-color:#00ff00;color:black'>Green</span>: a call sign. "
            "<span style='background-color:#00ffff;color:black'>Cyan</span>: a comment. "

@@ -1,9 +1,7 @@
 #ifndef HOSTMENUS_H
 #define HOSTMENUS_H
 
-#include <QList>
 #include <QObject>
-#include <QTextCursor>
 
 class FindBar;
 class HostWindow;
@@ -26,7 +24,6 @@ public:
 private Q_SLOTS:
     void OpenFiles();
     void SaveText();
-    void SaveExport();
     void Copy();
     void CopyWithTimes();
     void Move();
@@ -48,14 +45,12 @@ private:
     QAction* Add(QMenu* menu, const QString& label, const char* keys, const QObject* receiver,
                  const char* slot);
     QAction* AddMove(QMenu* menu, const QString& label, const char* keys, int move, bool extend);
-    QAction* AddAnnotation(const char* label, const char* keys, const char* slot);
-    QString AskFile(const QString& title, const QString& filter);
+    void Say(const QString& message);
 
     HostWindow* window; ///< borrowed, as the next ones
     ChannelPanels* panels;
     TextAreas* areas;
     FindBar* findBar;
-    QMenu* annotateMenu;
 };
 
 #endif

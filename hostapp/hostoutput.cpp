@@ -15,40 +15,65 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QPixmap>
+#include <QVariant>
 
 #include <cstdio>
 
 namespace {
 
-QString Describe(const QFile& file, const QString& name)
+const char kExportsProperty[] = "exportsWritten";
+
+QString WriteBytes(QFile& file, bool isOpen, const QString& name, const QByteArray& bytes)
 {
-    return name + QLatin1String(": ") + file.errorString();
+    return isOpen && DecodedTextCompat::WriteAll(file, bytes) && file.flush()
+               ? QString()
+               : name + QLatin1String(": ") + file.errorString();
 }
 
-bool WriteBytes(QFile& file, const QByteArray& bytes)
+QString PrintBytes(const QByteArray& bytes)
 {
-    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
-           file.write(bytes) == bytes.size() && file.flush();
+    DecodedTextCompat::MakeStandardOutputBinary();
+    QFile file;
+    const bool isOpen = file.open(stdout, QIODevice::WriteOnly | QIODevice::Unbuffered);
+    return WriteBytes(file, isOpen, QCoreApplication::translate("HostOutput", "standard output"),
+                      bytes);
+}
+
+bool IsStandardOutput(const QString& name)
+{
+    return name == QLatin1String("-") || name == QLatin1String("/dev/stdout");
+}
+
+/// Whether \a name stands for a stream that is open already. It may lead to a file, and emptying
+/// or replacing that would lose what else goes there.
+bool IsOpenStream(const QString& name)
+{
+    return name.startsWith(QLatin1String("/dev/std")) || name.startsWith(QLatin1String("/dev/fd/"));
+}
+
+QString WriteInPlace(const QString& name, const QByteArray& bytes, QIODevice::OpenMode mode)
+{
+    QFile file(name);
+    const bool isOpen = file.open(mode | QIODevice::Unbuffered);
+    return WriteBytes(file, isOpen, name, bytes);
 }
 
 QString WriteFile(const QString& name, const QByteArray& bytes)
 {
+    if (IsStandardOutput(name)) {
+        return PrintBytes(bytes);
+    }
+    if (IsOpenStream(name)) {
+        return WriteInPlace(name, bytes, QIODevice::Append);
+    }
+    // A device or pipe can't be replaced, nor what a link names that leads nowhere yet.
     const QFileInfo present(name);
-    QFile target(name);
-    // A device, a pipe or a link stays what it is.
-    if (present.isSymLink() || (present.exists() && !present.isFile())) {
-        return WriteBytes(target, bytes) ? QString() : Describe(target, name);
+    const bool isSpecial = present.exists() && !present.isFile() && !present.isDir();
+    if (isSpecial || (present.isSymLink() && !present.exists())) {
+        return WriteInPlace(name, bytes, QIODevice::WriteOnly);
     }
-    // Under another name first: a full disk must not cost the file that was there before.
-    QFile part(name + QLatin1String(".part"));
-    if (!WriteBytes(part, bytes)) {
-        const QString error = Describe(part, name);
-        part.remove();
-        return error;
-    }
-    part.close();
-    target.remove();
-    return part.rename(name) ? QString() : Describe(part, name);
+    const QString error = DecodedTextCompat::ReplaceFile(name, bytes);
+    return error.isEmpty() ? QString() : name + QLatin1String(": ") + error;
 }
 
 } // namespace
@@ -67,31 +92,42 @@ QString WritePicture(const QString& file, QWidget* window)
 
 QString WriteText(const QString& file, const ChannelPanels& panels)
 {
-    const QString text = TextOfChannels(panels);
-    if (file == QLatin1String("-")) {
-        PrintText(text);
-        return QString();
-    }
-    return WriteFile(file, text.toUtf8());
+    return WriteFile(file, TextOfChannels(panels).toUtf8());
 }
 
 QString WriteExport(const QString& file, DecodedTextView* view, const ChannelPanels& panels)
 {
+    // GetData takes text that was typed a moment ago for handed over, even if writing fails then.
+    view->ApplyUserChannel(false);
     SorvinResultDataXml::SorvinResultData data;
     const QList<int> channels = panels.GetChannels();
     for (int channel : channels) {
         view->GetData(channel, data, false);
     }
     try {
-        return WriteFile(file, data.GetXmlString().toUtf8() + '\n');
+        const QString error = WriteFile(file, data.GetXmlString().toUtf8() + '\n');
+        if (error.isEmpty()) {
+            view->setProperty(kExportsProperty, CountExports(view) + 1);
+        }
+        return error;
     } catch (const SorvinResultDataXml::SorvinResultDataException& exception) {
         return file + QLatin1String(": ") + exception.message;
     }
 }
 
-QStringList WriteWhatIsAskedFor(const HostOptions& options, QWidget* window, DecodedTextView* view,
-                                const ChannelPanels& panels)
+int CountExports(const DecodedTextView* view)
 {
+    return view->property(kExportsProperty).toInt();
+}
+
+QStringList WriteWhatIsAskedFor(HostOptions options, QWidget* window, DecodedTextView* view,
+                                const ChannelPanels& panels, bool isLast)
+{
+    for (QString* file : {&options.screenshotFile, &options.textFile, &options.exportFile}) {
+        if (!isLast && IsStandardOutput(*file)) {
+            file->clear();
+        }
+    }
     QStringList errors;
     if (!options.screenshotFile.isEmpty()) {
         errors.append(WritePicture(options.screenshotFile, window));
@@ -112,9 +148,7 @@ void PrintError(const QString& message)
     std::fflush(stderr);
 }
 
-void PrintText(const QString& text)
+QString PrintText(const QString& text)
 {
-    const QByteArray bytes = text.toUtf8();
-    std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stdout);
-    std::fflush(stdout);
+    return PrintBytes(text.toUtf8());
 }

@@ -13,10 +13,14 @@
 #include "textareas.h"
 
 #include <QApplication>
+#include <QCloseEvent>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
+#include <QMessageBox>
 #include <QProgressBar>
 #include <QStatusBar>
+#include <QTextDocument>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -24,6 +28,8 @@ namespace {
 
 // The views scroll to the newest text 10 ms after it came; a picture should show that.
 const int kSettleMs = 150;
+const int kSuccessMs = 5000;
+const int kFailureMs = 15000; // over the whole width; stays beside the other labels afterwards
 const int kProgressWidth = 160;
 const int kWindowWidth = 1000;
 const int kWindowHeight = 700;
@@ -36,6 +42,7 @@ HostWindow::HostWindow(const HostOptions& hostOptions)
     , panels(new ChannelPanels(view, this))
     , areas(new TextAreas(panels, this))
     , inputLabel(new QLabel(this))
+    , failureLabel(new QLabel(this))
     , heldLabel(new QLabel(this))
     , progress(new QProgressBar(this))
     , transmissionCount(0)
@@ -51,12 +58,20 @@ HostWindow::HostWindow(const HostOptions& hostOptions)
     if (options.standardInput) {
         AddReplay(QStringList(QLatin1String("-")));
     }
-    setWindowTitle(options.inputs.size() == 1
-                       ? tr("%1 - Decoded Text").arg(QFileInfo(options.inputs.first()).fileName())
-                       : tr("Decoded Text"));
+    SetTitle(options.inputs);
+    // Received annotations don't pass here, only what the operator does.
+    connect(view, SIGNAL(SaveUserData(int, QString)), this, SLOT(Annotated(int)));
+    connect(panels->GetModel(), SIGNAL(ChannelCreated(int)), this, SLOT(ForgetAnnotations(int)));
 }
 
 HostWindow::~HostWindow() {}
+
+void HostWindow::SetTitle(const QStringList& inputs)
+{
+    setWindowTitle(inputs.size() == 1
+                       ? tr("%1 - Decoded Text").arg(QFileInfo(inputs.first()).fileName())
+                       : tr("Decoded Text"));
+}
 
 void HostWindow::BuildWidgets()
 {
@@ -71,11 +86,24 @@ void HostWindow::BuildWidgets()
     new HostMenus(this, panels, areas, findBar);
     view->setAccessibleName(tr("Decoded text"));
     view->setAccessibleDescription(tr("The text of every channel with its times"));
+    BuildStatusBar();
+}
+
+void HostWindow::BuildStatusBar()
+{
+    inputLabel->setObjectName(QLatin1String("InputLabel"));
+    // Names of files and errors are no markup.
+    inputLabel->setTextFormat(Qt::PlainText);
+    failureLabel->setObjectName(QLatin1String("FailureLabel"));
+    failureLabel->setTextFormat(Qt::PlainText);
+    // However long the message, the window may be narrow.
+    failureLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     progress->setFixedWidth(kProgressWidth);
     progress->setAccessibleName(tr("Progress of reading"));
     progress->hide();
     heldLabel->setObjectName(QLatin1String("HeldLabel"));
-    statusBar()->addWidget(inputLabel, 1);
+    statusBar()->addWidget(inputLabel);
+    statusBar()->addWidget(failureLabel, 1);
     statusBar()->addPermanentWidget(heldLabel);
     statusBar()->addPermanentWidget(progress);
     connect(areas, SIGNAL(HeldChanged()), this, SLOT(ShowHeld()));
@@ -102,8 +130,25 @@ Replay* HostWindow::AddReplay(const QStringList& inputs)
 
 void HostWindow::Open(const QStringList& files)
 {
-    AddReplay(files)->Start();
-    setWindowTitle(tr("%1 - Decoded Text").arg(QFileInfo(files.first()).fileName()));
+    waiting += files;
+    OpenWaiting();
+}
+
+void HostWindow::OpenWaiting()
+{
+    if (waiting.isEmpty()) {
+        return;
+    }
+    for (const Replay* replay : replays) {
+        if (!replay->IsLive()) {
+            ShowProgress(replay);
+            return;
+        }
+    }
+    SetTitle(waiting);
+    Replay* const replay = AddReplay(waiting);
+    waiting.clear();
+    replay->Start();
 }
 
 void HostWindow::ShowHeld()
@@ -144,7 +189,7 @@ void HostWindow::SetMerging(bool on)
         StartMerging();
         panels->GetModel()->GetChannelData(DecodedTextData::AggregationChannelID);
         view->ShowChannel(DecodedTextData::AggregationChannelID);
-        statusBar()->showMessage(tr("Text that is received from now on is merged"));
+        ShowMessage(tr("Text that is received from now on is merged"), false);
     } else {
         view->RemoveChannel(DecodedTextData::AggregationChannelID);
     }
@@ -173,7 +218,9 @@ void HostWindow::Take(const ReplayItem& item)
             view->AddTransmission(item.xml);
         }
     }
-    ShowProgress(qobject_cast<Replay*>(sender()));
+    if (const Replay* replay = qobject_cast<Replay*>(sender())) {
+        ShowProgress(replay);
+    }
 }
 
 void HostWindow::Merge(const ReplayItem& item)
@@ -188,16 +235,16 @@ void HostWindow::Merge(const ReplayItem& item)
 
 void HostWindow::ShowProgress(const Replay* replay)
 {
-    if (!replay) {
-        return;
-    }
     const QString input = replay->GetInput();
     const QString name =
         input == QLatin1String("-") ? tr("standard input") : QFileInfo(input).fileName();
-    inputLabel->setText(
-        options.speed > 0
-            ? tr("Replaying %1, %2 times as fast as recorded").arg(name).arg(options.speed)
-            : tr("Reading %1").arg(name));
+    QString text = options.speed > 0 ? tr("Replaying %1, %2 times as fast as recorded")
+                                           .arg(name, QString::number(options.speed))
+                                     : tr("Reading %1").arg(name);
+    if (!waiting.isEmpty()) {
+        text += QLatin1String("; ") + tr("files waiting: %1").arg(static_cast<int>(waiting.size()));
+    }
+    inputLabel->setText(text);
     const int percent = replay->GetPercent();
     progress->setVisible(percent >= 0);
     if (percent >= 0) {
@@ -207,10 +254,14 @@ void HostWindow::ShowProgress(const Replay* replay)
 
 void HostWindow::InputFinished()
 {
-    for (const Replay* replay : replays) {
-        if (!replay->IsFinished()) {
-            return;
-        }
+    if (Replay* replay = qobject_cast<Replay*>(sender())) {
+        replays.removeOne(replay);
+        replay->deleteLater();
+    }
+    OpenWaiting();
+    if (!replays.isEmpty()) {
+        ShowProgress(replays.last());
+        return;
     }
     progress->hide();
     const int channelCount = static_cast<int>(panels->GetChannels().size());
@@ -223,7 +274,10 @@ void HostWindow::InputFinished()
 
 void HostWindow::AllShown()
 {
-    WriteOutputs();
+    if (!replays.isEmpty()) {
+        return; // a file was opened meanwhile
+    }
+    WriteOutputs(options.quitAtEnd);
     if (options.quitAtEnd) {
         QApplication::exit(GetExitStatus());
     }
@@ -231,29 +285,99 @@ void HostWindow::AllShown()
 
 void HostWindow::closeEvent(QCloseEvent* event)
 {
-    WriteOutputs();
+    // What is exported anyway needs no question, unless that fails.
+    const bool isExported = !options.exportFile.isEmpty();
+    if (isExported) {
+        WriteOutputs(true);
+    }
+    if (!MayClose()) {
+        event->ignore();
+        return;
+    }
+    if (!isExported) {
+        WriteOutputs(true);
+    }
     QMainWindow::closeEvent(event);
+}
+
+void HostWindow::Annotated(int channel)
+{
+    annotated.insert(channel, CountExports(view));
+}
+
+/// A channel that is made anew holds nothing of the one before it.
+void HostWindow::ForgetAnnotations(int channel)
+{
+    annotated.remove(channel);
+}
+
+/// Whether the operator did anything that no export holds. What the view reports as changed says
+/// less: that includes text received since, and not what an export that failed should have held.
+bool HostWindow::HasUnsaved()
+{
+    view->ApplyUserChannel(false); // text that was typed a moment ago
+    const int exports = CountExports(view);
+    for (QMap<int, int>::const_iterator i = annotated.constBegin(); i != annotated.constEnd();
+         ++i) {
+        if (i.value() == exports && panels->GetModel()->ChannelExists(i.key())) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool HostWindow::MayClose()
+{
+    // At the end of a script's run nobody is there to answer.
+    if (options.quitAtEnd || !HasUnsaved()) {
+        return true;
+    }
+    const QMessageBox::StandardButton answer = QMessageBox::question(
+        this, tr("Annotations Not Exported"),
+        tr("Your annotations are not exported yet. Save them as a recording?"),
+        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
+    return answer == QMessageBox::Save ? Export() : answer == QMessageBox::Discard;
+}
+
+bool HostWindow::Export()
+{
+    const QString file = QFileDialog::getSaveFileName(this, tr("Export XML"), QString(),
+                                                      tr("Recordings (*.xml);;All files (*)"));
+    if (file.isEmpty()) {
+        return false;
+    }
+    const QString error = WriteExport(file, view, *panels);
+    Report(error, tr("Exported to %1").arg(file));
+    return error.isEmpty();
 }
 
 void HostWindow::Fail(const QString& message)
 {
     hasFailed = true;
     PrintError(message);
-    statusBar()->showMessage(message);
+    ShowMessage(message, true);
+}
+
+/// The message covers the labels, so it must go; a failure may wait for somebody to come back.
+void HostWindow::ShowMessage(const QString& message, bool isFailure)
+{
+    statusBar()->showMessage(message, isFailure ? kFailureMs : kSuccessMs);
+    failureLabel->setText(isFailure ? message : QString());
+    failureLabel->setToolTip(isFailure ? Qt::convertFromPlainText(message) : QString());
 }
 
 void HostWindow::Report(const QString& error, const QString& success)
 {
     if (error.isEmpty()) {
-        statusBar()->showMessage(success);
+        ShowMessage(success, false);
     } else {
         Fail(error);
     }
 }
 
-void HostWindow::WriteOutputs()
+void HostWindow::WriteOutputs(bool isLast)
 {
-    for (const QString& error : WriteWhatIsAskedFor(options, this, view, *panels)) {
+    for (const QString& error : WriteWhatIsAskedFor(options, this, view, *panels, isLast)) {
         Fail(error);
     }
 }

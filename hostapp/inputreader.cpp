@@ -27,6 +27,7 @@ InputReader::InputReader(const QStringList& inputNames, bool cutIntoSteps, QObje
     : QThread(parent)
     , inputs(inputNames)
     , inSteps(cutIntoSteps)
+    , isLive(false)
     , totalBytes(0)
     , inputBegin(0)
     , readBytes(0)
@@ -34,7 +35,10 @@ InputReader::InputReader(const QStringList& inputNames, bool cutIntoSteps, QObje
     , stopped(0)
 {
     for (const QString& input : inputs) {
-        totalBytes += input == QLatin1String(kStandardInput) ? 0 : QFileInfo(input).size();
+        const QFileInfo file(input);
+        const bool isStandardInput = input == QLatin1String(kStandardInput);
+        isLive = isLive || isStandardInput || (file.exists() && !file.isFile() && !file.isDir());
+        totalBytes += isStandardInput ? 0 : file.size();
     }
 }
 

@@ -24,6 +24,8 @@ public:
     TransmissionQueue& GetQueue() { return queue; }
     /// Bytes of all inputs together; 0 when that is not known (standard input, pipes).
     qint64 GetTotalBytes() const { return totalBytes; }
+    /// Whether the inputs may never end: standard input, a pipe or a device is among them.
+    bool IsLive() const { return isLive; }
     const QStringList& GetInputs() const { return inputs; }
 
     /// Asks \a reader to stop and deletes it. One that waits for input which may never come can't
@@ -49,6 +51,7 @@ private:
 
     QStringList inputs;
     bool inSteps;
+    bool isLive;
     qint64 totalBytes;
     qint64 inputBegin; ///< bytes of the inputs before the one in hand
     qint64 readBytes;  ///< of all inputs, up to the piece in hand

@@ -16,6 +16,7 @@
 namespace {
 
 const int kStatusUsage = 1;
+const int kStatusFailed = HostWindow::kStatusFailed;
 
 bool HasArgument(int argc, char** argv, const char* argument)
 {
@@ -80,14 +81,25 @@ private:
     QVector<char*> pointers; ///< into texts
 };
 
+bool Print(const QString& text)
+{
+    const QString error = PrintText(text);
+    if (!error.isEmpty()) {
+        PrintError(error);
+    }
+    return error.isEmpty();
+}
+
 int RunDemo(HostOptions options, bool isHeadless)
 {
     if (isHeadless && options.screenshotFile.isEmpty() && options.textFile.isEmpty()) {
         options.screenshotFile = QLatin1String("decodedtext-demo.png");
         options.textFile = QLatin1String("decodedtext-demo.txt");
-        PrintText(HostOptions::tr("No display here. The demonstration goes to %1 and %2.")
-                      .arg(options.screenshotFile, options.textFile) +
-                  QLatin1Char('\n'));
+        if (!Print(HostOptions::tr("No display here. The demonstration goes to %1 and %2.")
+                       .arg(options.screenshotFile, options.textFile) +
+                   QLatin1Char('\n'))) {
+            return kStatusFailed;
+        }
     }
     Demo demo(options);
     if (!demo.Start()) {
@@ -107,6 +119,7 @@ int main(int argc, char* argv[])
         qputenv("TZ", "UTC");
     }
     const bool isHeadless = IsHeadless();
+    DecodedTextCompat::FollowScreenDensity();
     Arguments arguments(argc, argv); // outlives the application object, which refers to it
     QApplication application(arguments.size, arguments.Values());
     QCoreApplication::setApplicationName(QLatin1String("decodedtexthost"));
@@ -122,8 +135,7 @@ int main(int argc, char* argv[])
         PrintError(HostOptions::tr("try --help"));
         return kStatusUsage;
     case HostOptions::ShowText:
-        PrintText(options.message);
-        return 0;
+        return Print(options.message) ? 0 : kStatusFailed;
     case HostOptions::Run:
         break;
     }

@@ -28,7 +28,8 @@ const OptionText kOptions[] = {
          "Replay X times as fast as recorded (1: as recorded). Without it everything is shown at "
          "once.")},
     {"screenshot", "FILE.png",
-     QT_TRANSLATE_NOOP("HostOptions", "Write a picture of the window at the end.")},
+     QT_TRANSLATE_NOOP("HostOptions",
+                       "Write a picture of the window at the end; - is standard output.")},
     {"text", "FILE",
      QT_TRANSLATE_NOOP(
          "HostOptions",
@@ -36,7 +37,8 @@ const OptionText kOptions[] = {
     {"export", "FILE.xml",
      QT_TRANSLATE_NOOP(
          "HostOptions",
-         "Write the text and the annotations of every channel as a recording at the end.")},
+         "Write the text and the annotations of every channel as a recording at the end; - is "
+         "standard output.")},
     {"quit-at-end", nullptr,
      QT_TRANSLATE_NOOP("HostOptions",
                        "Quit when everything was shown. This is so without a display, too.")},

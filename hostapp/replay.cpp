@@ -39,6 +39,11 @@ void Replay::Start()
     reader->start(QThread::LowPriority);
 }
 
+bool Replay::IsLive() const
+{
+    return reader->IsLive();
+}
+
 QString Replay::GetInput() const
 {
     return reader->GetInputs().value(last.source);

@@ -23,7 +23,8 @@ public:
     ~Replay() override;
 
     void Start();
-    bool IsFinished() const { return finished; }
+    /// Whether it may never finish.
+    bool IsLive() const;
     /// Name of the input that the last item came from.
     QString GetInput() const;
     /// How much of all inputs was shown, 0 to 100; -1 when their length is not known.

@@ -17,6 +17,11 @@
 #include <QTextBlock>
 #include <QTimer>
 
+QString WithoutMnemonic(QString label)
+{
+    return label.remove(QLatin1Char('&'));
+}
+
 TextAreas::TextAreas(ChannelPanels* channelPanels, QObject* parent)
     : QObject(parent)
     , panels(channelPanels)
@@ -32,9 +37,11 @@ QList<QPlainTextEdit*> TextAreas::GetVisible() const
     QList<QPlainTextEdit*> areas;
     const QList<QWidget*> all = panels->GetPanels();
     for (const QWidget* panel : all) {
-        const QList<QPlainTextEdit*> found = panel->findChildren<QPlainTextEdit*>();
-        for (QPlainTextEdit* area : found) {
-            if (area->isVisible()) {
+        // Not deeper: a text area's dialog, which has such editors too, may just be on its way out.
+        const QObjectList children = panel->children();
+        for (QObject* child : children) {
+            QPlainTextEdit* const area = qobject_cast<QPlainTextEdit*>(child);
+            if (area && area->isVisible()) {
                 areas.append(area);
             }
         }
@@ -61,8 +68,9 @@ QString TextAreas::GetSelectionWithTimes() const
         return QString();
     }
     const int channel = panels->GetChannelOf(area->parentWidget());
-    const QVector<QDateTime> times = TimesOfParagraphs(*panels, channel, *area->document());
     const QTextCursor cursor = area->textCursor();
+    const QVector<QDateTime> times =
+        TimesOfParagraphs(*panels, channel, *area->document(), cursor.selectionStart());
     QString out;
     QTextBlock paragraph = area->document()->findBlock(cursor.selectionStart());
     while (paragraph.isValid() && paragraph.position() < cursor.selectionEnd()) {
@@ -96,6 +104,8 @@ void TextAreas::ShowMenu()
 {
     QPlainTextEdit* const area = GetCurrent();
     if (area) {
+        // Far out of sight the cursor has no true place, and nobody would see what is annotated.
+        area->ensureCursorVisible();
         QMetaObject::invokeMethod(area, "ShowContextMenu",
                                   Q_ARG(QPoint, area->cursorRect().bottomLeft()));
     }
@@ -122,13 +132,17 @@ bool TextAreas::eventFilter(QObject* object, QEvent* event)
         event->ignore();
         return true;
     }
+    if ((event->type() == QEvent::Show || event->type() == QEvent::Hide) &&
+        qobject_cast<QPlainTextEdit*>(object)) {
+        Q_EMIT VisibleChanged();
+    }
     QMenu* const menu = isLooking ? qobject_cast<QMenu*>(object) : nullptr;
     if (menu && event->type() == QEvent::Polish) {
         menu->setWindowOpacity(0);
     } else if (menu && event->type() == QEvent::Show) {
         const QList<QAction*> actions = menu->actions();
         for (const QAction* action : actions) {
-            offered.append(action->text());
+            offered.append(WithoutMnemonic(action->text()));
         }
         QTimer::singleShot(0, menu, SLOT(close()));
     }

@@ -9,6 +9,9 @@
 
 class ChannelPanels;
 
+/// A menu entry's text without the sign that marks its mnemonic, which platform themes may add.
+QString WithoutMnemonic(QString label);
+
 /// The text areas of a view's open panels, and the one that commands from menus and keys mean: the
 /// one that had the keyboard focus last. Also runs a text area's annotation actions on its
 /// selection.
@@ -30,14 +33,15 @@ public:
     /// the newest text.
     QPlainTextEdit* GetHeld() const;
 
-    /// The selection of the current one, each line with the local time of its paragraph in front.
-    /// Without a selection, or text area, empty.
+    /// The selection of the current one, each line with the local time of its first character in
+    /// front. Without a selection, or text area, empty.
     QString GetSelectionWithTimes() const;
 
     /// Runs the slot \a slot of the current one on its selection, or on the place of its cursor, if
-    /// its menu offers the entry \a label (as it is translated) there. Returns whether it did.
+    /// its menu offers the entry \a label (as it is translated, without mnemonic) there. Returns
+    /// whether it did. Scrolls to that place.
     bool Annotate(const char* slot, const QString& label);
-    /// Opens the current one's menu at its cursor.
+    /// Opens the current one's menu at its cursor, to which it scrolls.
     void ShowMenu();
 
     /// Gives the keyboard focus to the next one, or with \a step -1 to the one before.
@@ -46,6 +50,8 @@ public:
 Q_SIGNALS:
     /// GetHeld gives something else now. Direct.
     void HeldChanged();
+    /// One appears or disappears; GetVisible tells once that is done. Direct.
+    void VisibleChanged();
 
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;

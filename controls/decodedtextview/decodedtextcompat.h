@@ -111,9 +111,10 @@ inline void MakeStandardOutputBinary()
 }
 
 /// Makes \a bytes the content of the file \a name. Returns an empty text, or what went wrong: then
-/// an older file is as it was. Its permissions stay; where its folder takes no new file, it is
-/// written in place. Qt 5.1 to 6 have a class for that; with 4.8 a file beside it is renamed.
-inline QString ReplaceFile(const QString& name, const QByteArray& bytes)
+/// an older file is as it was. Its permissions stay, and a link to it; where its folder takes no
+/// new file, it is written in place. Qt 5.1 to 6 have a class for that; with 4.8 a file beside it
+/// is renamed.
+inline QString ReplaceFile(QString name, const QByteArray& bytes)
 {
 #if QT_VERSION >= 0x050100
     QSaveFile file(name);
@@ -123,6 +124,7 @@ inline QString ReplaceFile(const QString& name, const QByteArray& bytes)
     return isWritten ? QString() : file.errorString();
 #else
     const QFileInfo present(name);
+    name = present.isSymLink() ? present.canonicalFilePath() : name;
     QTemporaryFile beside(name + QLatin1String(".XXXXXX"));
     if ((present.exists() && !(present.isFile() && present.isWritable())) || !beside.open()) {
         QFile file(name);
@@ -148,13 +150,16 @@ inline QString ReplaceFile(const QString& name, const QByteArray& bytes)
 #endif
 }
 
-/// Lets icons use their pictures of twice the size on screens of that density; to be called before
-/// the application object is made. Qt 4.8 has no such pictures, Qt 5 must be asked, Qt 6 does it
-/// anyway.
-inline void UseHighDpiPixmaps()
+/// Lets windows follow the density of their screens, icons by pictures of twice the size; to be
+/// called before the application object is made. Qt 4.8 knows neither, Qt 5 must be asked (since
+/// 5.1 for pictures, 5.6 for sizes), Qt 6 does it anyway.
+inline void FollowScreenDensity()
 {
 #if QT_VERSION >= 0x050100 && QT_VERSION < 0x060000
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+#endif
+#if QT_VERSION >= 0x050600 && QT_VERSION < 0x060000
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
 #endif
 }
 

@@ -61,7 +61,7 @@
 <context>
     <name>FindBar</name>
     <message>
-        <source>&amp;Find:</source>
+        <source>F&amp;ind:</source>
         <translation>&amp;Suchen:</translation>
     </message>
     <message>
@@ -83,6 +83,10 @@
     <message>
         <source>%1 found</source>
         <translation>%1 gefunden</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; not found</source>
+        <translation>„%1“ nicht gefunden</translation>
     </message>
 </context>
 <context>
@@ -160,7 +164,7 @@
         <translation>Um ein Wort ver&amp;kürzen</translation>
     </message>
     <message>
-        <source>Extend to the Line&apos;s E&amp;nd</source>
+        <source>Extend to the &amp;Line&apos;s End</source>
         <translation>Bis zum &amp;Zeilenende erweitern</translation>
     </message>
     <message>
@@ -208,6 +212,10 @@
         <translation>Ü&amp;ber</translation>
     </message>
     <message>
+        <source>Nothing is selected</source>
+        <translation>Es ist nichts ausgewählt</translation>
+    </message>
+    <message>
         <source>Open Recording</source>
         <translation>Aufzeichnung öffnen</translation>
     </message>
@@ -228,14 +236,6 @@
         <translation>Text in %1 gespeichert</translation>
     </message>
     <message>
-        <source>Export XML</source>
-        <translation>XML exportieren</translation>
-    </message>
-    <message>
-        <source>Exported to %1</source>
-        <translation>Nach %1 exportiert</translation>
-    </message>
-    <message>
         <source>%1: not possible for this text</source>
         <translation>%1: bei diesem Text nicht möglich</translation>
     </message>
@@ -244,8 +244,8 @@
         <translation>Farben und Markierungen</translation>
     </message>
     <message>
-        <source>&lt;p&gt;&lt;span style=&apos;color:#646464&apos;&gt;Grey text&lt;/span&gt;: its transmission is finished and can&apos;t be annotated any more.&lt;/p&gt;&lt;p&gt;&lt;span style=&apos;color:#ff0000&apos;&gt;Red text&lt;/span&gt;: was decoded with poor quality (while &quot;Morse ColorCoding&quot; is on).&lt;/p&gt;&lt;p&gt;&lt;span style=&apos;background-color:#00ff00;color:black&apos;&gt;Green&lt;/span&gt;: a call sign. &lt;span style=&apos;background-color:#00ffff;color:black&apos;&gt;Cyan&lt;/span&gt;: a comment. &lt;span style=&apos;background-color:#ffff00;color:black&apos;&gt;Yellow&lt;/span&gt;: text that an operator changed. &lt;span style=&apos;background-color:#ffaa3c;color:black&apos;&gt;Orange&lt;/span&gt;: what the find bar found.&lt;/p&gt;&lt;p&gt;A zigzag between two lines in the time column: characters were lost.&lt;/p&gt;</source>
-        <translation>&lt;p&gt;&lt;span style=&apos;color:#646464&apos;&gt;Grauer Text&lt;/span&gt;: Die Aussendung ist beendet und kann nicht mehr kommentiert werden.&lt;/p&gt;&lt;p&gt;&lt;span style=&apos;color:#ff0000&apos;&gt;Roter Text&lt;/span&gt;: mit schlechter Qualität dekodiert (solange „Morse-Farbkodierung“ eingeschaltet ist).&lt;/p&gt;&lt;p&gt;&lt;span style=&apos;background-color:#00ff00;color:black&apos;&gt;Grün&lt;/span&gt;: ein Rufzeichen. &lt;span style=&apos;background-color:#00ffff;color:black&apos;&gt;Cyan&lt;/span&gt;: ein Kommentar. &lt;span style=&apos;background-color:#ffff00;color:black&apos;&gt;Gelb&lt;/span&gt;: vom Bediener geänderter Text. &lt;span style=&apos;background-color:#ffaa3c;color:black&apos;&gt;Orange&lt;/span&gt;: Fundstellen der Suche.&lt;/p&gt;&lt;p&gt;Eine Zickzacklinie zwischen zwei Zeilen in der Zeitspalte: Hier gingen Zeichen verloren.&lt;/p&gt;</translation>
+        <source>&lt;p&gt;&lt;span style=&apos;background-color:white;color:#646464&apos;&gt;Grey text&lt;/span&gt;: its transmission is finished and can&apos;t be annotated any more.&lt;/p&gt;&lt;p&gt;&lt;span style=&apos;background-color:white;color:#ff0000&apos;&gt;Red text&lt;/span&gt;: was decoded with poor quality (while &quot;Morse ColorCoding&quot; is on).&lt;/p&gt;&lt;p&gt;&lt;span style=&apos;background-color:#00ff00;color:black&apos;&gt;Green&lt;/span&gt;: a call sign. &lt;span style=&apos;background-color:#00ffff;color:black&apos;&gt;Cyan&lt;/span&gt;: a comment. &lt;span style=&apos;background-color:#ffff00;color:black&apos;&gt;Yellow&lt;/span&gt;: text that an operator changed. &lt;span style=&apos;background-color:#ffaa3c;color:black&apos;&gt;Orange&lt;/span&gt;: what the find bar found.&lt;/p&gt;&lt;p&gt;A zigzag between two lines in the time column: characters were lost.&lt;/p&gt;</source>
+        <translation>&lt;p&gt;&lt;span style=&apos;background-color:white;color:#646464&apos;&gt;Grauer Text&lt;/span&gt;: Die Aussendung ist beendet und kann nicht mehr kommentiert werden.&lt;/p&gt;&lt;p&gt;&lt;span style=&apos;background-color:white;color:#ff0000&apos;&gt;Roter Text&lt;/span&gt;: mit schlechter Qualität dekodiert (solange „Morse-Farbkodierung“ eingeschaltet ist).&lt;/p&gt;&lt;p&gt;&lt;span style=&apos;background-color:#00ff00;color:black&apos;&gt;Grün&lt;/span&gt;: ein Rufzeichen. &lt;span style=&apos;background-color:#00ffff;color:black&apos;&gt;Cyan&lt;/span&gt;: ein Kommentar. &lt;span style=&apos;background-color:#ffff00;color:black&apos;&gt;Gelb&lt;/span&gt;: vom Bediener geänderter Text. &lt;span style=&apos;background-color:#ffaa3c;color:black&apos;&gt;Orange&lt;/span&gt;: Fundstellen der Suche.&lt;/p&gt;&lt;p&gt;Eine Zickzacklinie zwischen zwei Zeilen in der Zeitspalte: Hier gingen Zeichen verloren.&lt;/p&gt;</translation>
     </message>
     <message>
         <source>About</source>
@@ -279,16 +279,16 @@
         <translation>X-mal so schnell wiedergeben wie aufgezeichnet (1: wie aufgezeichnet). Sonst erscheint alles sofort.</translation>
     </message>
     <message>
-        <source>Write a picture of the window at the end.</source>
-        <translation>Am Ende ein Bild des Fensters schreiben.</translation>
+        <source>Write a picture of the window at the end; - is standard output.</source>
+        <translation>Am Ende ein Bild des Fensters schreiben; - ist die Standardausgabe.</translation>
     </message>
     <message>
         <source>Write the text of every channel, with times, at the end; - is standard output.</source>
         <translation>Am Ende den Text jedes Kanals mit Uhrzeiten schreiben; - ist die Standardausgabe.</translation>
     </message>
     <message>
-        <source>Write the text and the annotations of every channel as a recording at the end.</source>
-        <translation>Am Ende Text und Anmerkungen jedes Kanals als Aufzeichnung schreiben.</translation>
+        <source>Write the text and the annotations of every channel as a recording at the end; - is standard output.</source>
+        <translation>Am Ende Text und Anmerkungen jedes Kanals als Aufzeichnung schreiben; - ist die Standardausgabe.</translation>
     </message>
     <message>
         <source>Quit when everything was shown. This is so without a display, too.</source>
@@ -339,6 +339,10 @@ FILE ist eine Aufzeichnung (Ergebnisdaten als XML) oder ein Strom von Aussendung
 </context>
 <context>
     <name>HostOutput</name>
+    <message>
+        <source>standard output</source>
+        <translation>Standardausgabe</translation>
+    </message>
     <message>
         <source>the picture cannot be made</source>
         <translation>das Bild kann nicht erzeugt werden</translation>
@@ -391,12 +395,36 @@ FILE ist eine Aufzeichnung (Ergebnisdaten als XML) oder ein Strom von Aussendung
         <translation>%1 wird gelesen</translation>
     </message>
     <message>
+        <source>files waiting: %1</source>
+        <translation>wartende Dateien: %1</translation>
+    </message>
+    <message>
         <source>No data</source>
         <translation>Keine Daten</translation>
     </message>
     <message>
         <source>Transmissions: %1, channels: %2</source>
         <translation>Aussendungen: %1, Kanäle: %2</translation>
+    </message>
+    <message>
+        <source>Annotations Not Exported</source>
+        <translation>Anmerkungen nicht exportiert</translation>
+    </message>
+    <message>
+        <source>Your annotations are not exported yet. Save them as a recording?</source>
+        <translation>Ihre Anmerkungen sind noch nicht exportiert. Als Aufzeichnung speichern?</translation>
+    </message>
+    <message>
+        <source>Export XML</source>
+        <translation>XML exportieren</translation>
+    </message>
+    <message>
+        <source>Recordings (*.xml);;All files (*)</source>
+        <translation>Aufzeichnungen (*.xml);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Exported to %1</source>
+        <translation>Nach %1 exportiert</translation>
     </message>
 </context>
 <context>
