@@ -14,10 +14,6 @@ using SorvinResultDataXml::UserData;
 
 namespace {
 
-/// Acts separated by semicolons: "2 0:AB@1,5:~@3" channel 2 sends "AB" at stream position 0 and
-/// second 1, then a line feed; "2#7 ..." in a data block with ID 7; "sep X" separator, "name 2 X",
-/// "end", "c from to" comment, "s from to" call sign, "x from to text" change, "r from to" take it
-
 /// Random acts on the model and on a sorted list of pieces, from which all else is worked out.
 class Contest
 {

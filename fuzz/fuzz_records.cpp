@@ -1,6 +1,6 @@
 // The records' look-ups against walks over plain lists: snippets, positions and text indexes,
-// annotations. Runs with the tests; DTV_RANDOM_RUNS sets the number of seeds. A failure names the
-// seed.
+// annotations, the ticker text. Runs with the tests; DTV_RANDOM_RUNS sets the number of seeds. A
+// failure names the seed.
 #include "blockprinter.h"
 #include "rowtable.h"
 #include "transmissionbuilder.h"
@@ -78,6 +78,15 @@ bool Overlap(int from, int to, int s, int e)
 {
     return (s <= from && from < e) || (s <= to && to < e) || (from <= s && s < to) ||
            (from <= e && e < to);
+}
+
+QString WalkTicker(const DecodedTextBuffer& buffer, int maxChars)
+{
+    QString result;
+    for (const DecodedTextBlockPtr& block : buffer.blocks) {
+        result += block->text.simplified() + ' ';
+    }
+    return result.right(qMax(0, maxChars));
 }
 
 } // namespace
@@ -180,6 +189,37 @@ private Q_SLOTS:
                 QVERIFY(block.FindUserData(types[kind], from, to) == expected.value(0));
                 const int bit = kind == 0 ? 4 : kind == 1 ? 2 : 8;
                 QCOMPARE((block.GetUserDataMask(from, to) & bit) == 0, expected.isEmpty());
+            }
+        }
+    }
+
+    /// White space of all kinds, blocks cut at both ends; fewer characters than there are, and
+    /// more.
+    void tickerText()
+    {
+        const QString characters = QString::fromUtf8("x y\n\t \xC2\xA0\xE2\x80\x83");
+        for (quint32 seed = 1; seed <= RandomRuns(60); ++seed) {
+            Random random(seed);
+            DecodedTextBuffer buffer(1);
+            for (int step = 0; step < 40; ++step) {
+                const DecodedTextBlockPtr block = buffer.GetBlock(TestStart(), step / 8);
+                const int end = block->GetLastPosition();
+                QString text;
+                for (int i = random(60); i >= 0; --i) {
+                    text += characters.at(random(characters.size()));
+                }
+                bool refresh = false;
+                TransmissionBuilder builder;
+                builder.Block(1).Text(block->nextPosition, text);
+                block->AppendData(builder.Last(), false, refresh);
+                if (random(3) == 0) {
+                    block->Truncate(random(end + 1));
+                    block->RemoveFront(random(end + 1) / 2);
+                }
+                for (int maxChars : {-5, 0, 1, 7, 100, 100000}) {
+                    QVERIFY2(buffer.GetTickerText(maxChars) == WalkTicker(buffer, maxChars),
+                             qPrintable(QString("seed %1, step %2").arg(seed).arg(step)));
+                }
             }
         }
     }

@@ -1,6 +1,5 @@
 // Changes of a block's text in place, the annotations around them, and what the host is told about
-// them. Rows are short scripts over a small block. Random sequences are in
-// fuzz/fuzz_changes.cpp.
+// them. Rows are short scripts over a small block. Random sequences are in fuzz/fuzz_changes.cpp.
 
 #include "blockprinter.h"
 #include "fixedclock.h"
@@ -169,34 +168,25 @@ private:
         const QString type = verb.endsWith('c') ? UserData::CommentType
                              : verb == "s"      ? UserData::CallSignType
                                                 : UserData::ChangeType;
-        UserData* annotation = nullptr;
-        if (!verb.startsWith('r')) {
-            annotation = Annotation(type, from, to, verb.toUpper());
-            if (type == UserData::ChangeType) {
-                const bool hasOld = text.contains('<');
-                annotation->comment.clear();
-                annotation->text = text.section('<', 0, 0);
-                annotation->oldText = hasOld ? text.section('<', 1) : block->GetText(from, to);
-                annotation->end = from + Length(annotation->text);
-            }
+        if (verb.startsWith('r')) {
+            return model.SetUserData(block, nullptr, type, from, to);
         }
-        const bool stored = model.SetUserData(block, annotation, type, from, to);
-        if (!stored) {
-            delete annotation;
-        }
-        return stored;
+        const bool isChange = type == UserData::ChangeType;
+        const QString content = isChange ? text.section('<', 0, 0) : verb.toUpper();
+        const QString old = text.contains('<') ? text.section('<', 1) : block->GetText(from, to);
+        return ::Store(model, block, type, from, to, content, &old);
     }
 };
 
 } // namespace
 
-class TestChanges : public WatchedTest
+class tst_changes : public WatchedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void StoreAndTakeBack_data() { AddRows(kStored); }
-    void StoreAndTakeBack()
+    void storeAndTakeBack_data() { AddRows(kStored); }
+    void storeAndTakeBack()
     {
         QFETCH(QStringList, row);
         Script script(row.at(0), kChannel);
@@ -209,8 +199,8 @@ private Q_SLOTS:
         QCOMPARE(Print(*script.block), original);
     }
 
-    void Acts_data() { AddRows(kActs); }
-    void Acts()
+    void acts_data() { AddRows(kActs); }
+    void acts()
     {
         QFETCH(QStringList, row);
         const bool isTyped = QByteArray(QTest::currentDataTag()).startsWith("typed");
@@ -227,35 +217,35 @@ private Q_SLOTS:
 
     /// The imported annotations reach behind the text: taking back one of them deletes another
     /// before its turn, and cuts a third.
-    void WalkSurvivesWhatDisappears()
+    void walkSurvivesWhatDisappears()
     {
         Script script("HELLO", kChannel);
         QVector<UserData*> imported;
-        imported << Annotation(UserData::ChangeType, 60, 63, QString());
-        imported << Annotation(UserData::ChangeType, 1, 3, QString());
-        imported << Annotation(UserData::CommentType, 3, 9, "C");
+        imported << Annotation(UserData::ChangeType, 60, 63, QString())
+                 << Annotation(UserData::ChangeType, 1, 3, QString())
+                 << Annotation(UserData::CommentType, 3, 9, "C");
         imported.first()->text = "XYZ";
         imported.at(1)->text = "EL";
         script.block->ImportUserData(imported, 0);
         qDeleteAll(imported);
         script.Run("r 0 100");
-        QCOMPARE(Print(*script.block), QString("[0,3)'HLO' {Comment [1,3)'C'} open"));
-        QCOMPARE(script.Sent(), QString("{Change [1,3)''}"));
+        QCOMPARE(Print(*script.block), "[0,3)'HLO' {Comment [1,3)'C'} open");
+        QCOMPARE(script.Sent(), "{Change [1,3)''}");
         QCOMPARE(script.block->userDataCount, 0);
     }
 
-    void ResizeGivesAwayExactlyDelta()
+    void resizeGivesAwayExactlyDelta()
     {
         Script script("AB |CD~3~EF", kChannel);
         DecodedTextBlock& block = *script.block;
         block.snippets[1].changeDelta = 1; // a record that doesn't add up
         block.ResizeRange(0, 5, -2, true);
         block.text.remove(0, 2);
-        QCOMPARE(Print(block), QString("[0,2)' C' [2,3)'D' [3,6)gap'\\n\\n' [6,8)'EF' open"));
+        QCOMPARE(Print(block), "[0,2)' C' [2,3)'D' [3,6)gap'\\n\\n' [6,8)'EF' open");
         QCOMPARE(block.snippets.at(0).changeDelta, -1);
         QVERIFY(!block.snippets.at(2).Has(DecodedTextSnippet::UserChanged));
     }
 };
 
-QTEST_GUILESS_MAIN(TestChanges)
+QTEST_GUILESS_MAIN(tst_changes)
 #include "tst_changes.moc"

@@ -3,6 +3,8 @@
 
 #include "blockprinter.h"
 #include "fixedclock.h"
+#include "modelacts.h"
+#include "rowtable.h"
 #include "signalrecorder.h"
 #include "sorvinresultdata.h"
 #include "transmissionbuilder.h"
@@ -22,8 +24,7 @@ QString Show(const DataBlock& block)
 {
     QStringList parts;
     for (const TimeStamp& stamp : block.GetTimeStamp()) {
-        parts.append(QString::number(stamp.position) + '@' +
-                     QString::number(TestStart().secsTo(stamp.time)));
+        parts.append(QString("%1@%2").arg(stamp.position).arg(TestStart().secsTo(stamp.time)));
     }
     for (const UserData* annotation : block.GetUserData()) {
         parts.append(Print(*annotation));
@@ -52,32 +53,22 @@ QString Show(const SorvinResultData& data)
     return parts.join(" | ");
 }
 
-void Store(DecodedTextData& model, const DecodedTextBlockPtr& block, const QString& type, int from,
-           int to, const QString& text)
-{
-    UserData* annotation = new UserData;
-    annotation->type = type;
-    annotation->start = from;
-    annotation->end = to;
-    annotation->SetModifier(model.GetModifier(), TestStart());
-    if (type == UserData::ChangeType) {
-        annotation->oldText = block->GetText(from, to);
-        annotation->end = from + static_cast<int>(text.size());
-        annotation->text = text;
-    } else {
-        (type == UserData::CallSignType ? annotation->callSign : annotation->comment) = text;
-    }
-    QVERIFY(model.SetUserData(block, annotation, type, from, to));
-}
+// Name; an annotation's range around a gap at [3, 12); its range in the export's "abc~~de".
+const char* const kBounds[] = {
+    "in-front-of-the-gap ;; 0 ;; 2 ;; [0,2)", "up-to-the-gap ;; 1 ;; 3 ;; [1,3)",
+    "into-the-gap ;; 1 ;; 5 ;; [1,3)",        "over-the-gap ;; 1 ;; 13 ;; [1,6)",
+    "in-the-gap ;; 4 ;; 9 ;; [5,5)",          "from-the-gap ;; 8 ;; 13 ;; [5,6)",
+    "behind-the-gap ;; 12 ;; 14 ;; [5,7)",    "behind-the-end ;; 13 ;; 20 ;; [6,7)",
+};
 
 } // namespace
 
-class TestExport : public WatchedTest
+class tst_export : public WatchedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void Transmissions()
+    void transmissions()
     {
         DecodedTextData model;
         SorvinResultData data;
@@ -85,95 +76,72 @@ private Q_SLOTS:
         QVERIFY(data.GetTransmission().isEmpty() && !model.ChannelExists(3) && !model.IsChanged(3));
         model.AddTransmission(
             TransmissionBuilder().Pieces(3, "0:ab,2:cd", 1).Pieces(3, "0:ef", 2).Xml());
-        model.AddTransmission(
-            TransmissionBuilder(TestStart().addSecs(60)).Pieces(3, "0:gh", 1).Xml());
-        model.GetChannelData(3)->GetBlock(TestStart().addSecs(90), 1); // without text
+        model.AddTransmission(TransmissionBuilder(At(60)).Pieces(3, "0:gh", 1).Xml());
+        model.GetChannelData(3)->GetBlock(At(90), 1); // without text
         QVERIFY(model.IsChanged(3));
         model.GetData(3, data, true);
-        QCOMPARE(Show(data), QString("90..90: 3/1 '' "));
+        QCOMPARE(Show(data), "90..90: 3/1 '' ");
         QVERIFY(model.IsChanged(3));
         model.GetData(3, data, false);
-        QCOMPARE(Show(data), QString("90..90: 3/1 '' , 3/1 ''  | 0..2: 3/1 'abcd' 0@0 "
-                                     "2@2, 3/2 'ef' 0@0 | 60..60: 3/1 'gh' 0@60"));
+        QCOMPARE(Show(data), "90..90: 3/1 '' , 3/1 ''  | 0..2: 3/1 'abcd' 0@0 "
+                             "2@2, 3/2 'ef' 0@0 | 60..60: 3/1 'gh' 0@60");
         QVERIFY(!model.IsChanged(3));
         model.AddTransmission(TransmissionBuilder().Pieces(4, "9:zz").Xml());
-        model.GetData(
-            4, data,
-            false); // joins the transmission of its start time, with the gap in front of it
-        QCOMPARE(Show(*data.GetTransmission().at(1)->GetDataBlock().last()),
-                 QString("4/1 '\\nzz' 0@0 1@9"));
+        // Joins the transmission of its start time, with the gap in front of it.
+        model.GetData(4, data, false);
+        QCOMPARE(Show(*data.GetTransmission().at(1)->GetDataBlock().last()), "4/1 '\\nzz' 0@0 1@9");
         model.EndTransmission();
         SorvinResultData none;
         model.GetData(4, none, true);
         QVERIFY(none.GetTransmission().isEmpty());
     }
 
-    void UserChannelGoesIntoTheLastTransmission()
+    void userChannelGoesIntoTheLastTransmission()
     {
-        FixedClock clock(TestStart().addSecs(500));
+        FixedClock clock(At(500));
         DecodedTextData model;
         model.SetClock(&clock);
         SorvinResultData data;
         model.AddTransmission(TransmissionBuilder().Block(kUser, 5).Text(0, "not used").Xml());
         model.GetData(kUser, data, false);
-        QVERIFY(
-            data.GetTransmission().isEmpty()); // an empty block of the user channel is not written
-        model.GetChannelData(kUser)->GetLastBlock()->EditText(0, 0, "typed text", &model);
-        model.AddTransmission(TransmissionBuilder(TestStart().addSecs(60)).Pieces(3, "0:gh").Xml());
+        QVERIFY(data.GetTransmission().isEmpty()); // an empty user block is not written
+        Newest(model, kUser)->EditText(0, 0, "typed text", &model);
+        model.AddTransmission(TransmissionBuilder(At(60)).Pieces(3, "0:gh").Xml());
         model.GetData(3, data, false);
         model.GetData(kUser, data, false);
-        QCOMPARE(Show(data), QString("60..500: 3/1 'gh' 0@60, 1000/5 'typed text' 0@500 6@500"));
-        QVERIFY(!model.GetChannelData(kUser)->GetLastBlock()->HasEditedData());
+        QCOMPARE(Show(data), "60..500: 3/1 'gh' 0@60, 1000/5 'typed text' 0@500 6@500");
+        QVERIFY(!Newest(model, kUser)->HasEditedData());
     }
 
-    void AnnotationBounds_data()
+    void annotationBounds_data() { AddRows(kBounds); }
+    void annotationBounds()
     {
-        QTest::addColumn<int>("from");
-        QTest::addColumn<int>("to");
-        QTest::addColumn<QString>("exported");
-        const char* const rows[][2] = {{"in-front-of-the-gap", "0 2"}, {"up-to-the-gap", "1 3"},
-                                       {"into-the-gap", "1 5"},        {"over-the-gap", "1 13"},
-                                       {"in-the-gap", "4 9"},          {"from-the-gap", "8 13"},
-                                       {"behind-the-gap", "12 14"},    {"behind-the-end", "13 20"}};
-        const char* const expected[] = {"[0,2)", "[1,3)", "[1,3)", "[1,6)",
-                                        "[5,5)", "[5,6)", "[5,7)", "[6,7)"};
-        for (int i = 0; i < 8; ++i) {
-            const QStringList bounds = QString::fromLatin1(rows[i][1]).split(' ');
-            QTest::newRow(rows[i][0]) << bounds.first().toInt() << bounds.last().toInt()
-                                      << QString::fromLatin1(expected[i]);
-        }
-    }
-    /// Three characters, nine lost, two more: text indexes of "abc~~de".
-    void AnnotationBounds()
-    {
-        QFETCH(int, from);
-        QFETCH(int, to);
+        QFETCH(QStringList, row);
         DecodedTextData model;
         model.AddTransmission(TransmissionBuilder().Pieces(3, "0:abc").Pieces(3, "12:de").Xml());
-        Store(model, model.GetChannelData(3)->GetLastBlock(), UserData::CommentType, from, to, "C");
+        Store(model, Newest(model, 3), UserData::CommentType, row.at(0).toInt(), row.at(1).toInt(),
+              "C");
         SorvinResultData data;
         model.GetData(3, data, false);
-        const UserData* annotation =
-            data.GetTransmission().first()->GetDataBlock().first()->GetUserData().value(0);
-        QTEST(annotation ? PrintRange(annotation->start, annotation->end) : QString(), "exported");
+        QCOMPARE(Show(data),
+                 QString("0..12: 3/1 'abc\\n\\nde' 0@0 3@0 5@12 {Comment %1'C'}").arg(row.at(2)));
         DecodedTextData reader;
         reader.AddTransmission(data.GetTransmission().first()->GetXmlString());
-        const DecodedTextBlockPtr block = reader.GetChannelData(3)->GetLastBlock();
-        QCOMPARE(block->text, model.GetChannelData(3)->GetLastBlock()->text);
-        QCOMPARE(block->GetTimeAt(5, 0), TestStart().addSecs(12));
+        QCOMPARE(Newest(reader, 3)->text, Newest(model, 3)->text);
+        QCOMPARE(Newest(reader, 3)->GetTimeAt(5, 0), At(12));
     }
 
-    /// Text, times and annotations of an export that is read back and fed to another model are the
-    /// same.
-    void ReadBack()
+    /// An export that is read back and fed to another model makes the same block.
+    void readBack()
     {
         DecodedTextData model;
         model.AddTransmission(
             TransmissionBuilder().Pieces(3, "0:HELLO ,6:WORLD ,12:~AGAIN <&>\"'").Xml());
-        const DecodedTextBlockPtr block = model.GetChannelData(3)->GetLastBlock();
-        Store(model, block, UserData::CallSignType, 0, 5, QString::fromUtf8("\xc3\x84 <1>"));
-        Store(model, block, UserData::ChangeType, 6, 11, "EARTH!");
-        Store(model, block, UserData::CommentType, 14, 18, "line\nbreak");
+        const DecodedTextBlockPtr block = Newest(model, 3);
+        QVERIFY(
+            Store(model, block, UserData::CallSignType, 0, 5, QString::fromUtf8("\xc3\x84 <1>")));
+        QVERIFY(Store(model, block, UserData::ChangeType, 6, 11, "EARTH!"));
+        QVERIFY(Store(model, block, UserData::CommentType, 14, 18, "line\nbreak"));
         SorvinResultData data;
         model.GetData(3, data, false);
         SorvinResultData again;
@@ -183,19 +151,16 @@ private Q_SLOTS:
         reader.AddTransmission(again.GetTransmission().first()->GetXmlString());
         QCOMPARE(Print(reader, 3), Print(model, 3));
         for (int i = 0; i < block->snippets.size(); ++i) {
-            QCOMPARE(reader.GetChannelData(3)->GetLastBlock()->GetSnippetTime(i),
-                     block->GetSnippetTime(i));
+            QCOMPARE(Newest(reader, 3)->GetSnippetTime(i), block->GetSnippetTime(i));
         }
         // What was imported can be taken back as well.
-        QVERIFY(reader.SetUserData(reader.GetChannelData(3)->GetLastBlock(), nullptr,
-                                   UserData::ChangeType, 6, 12));
-        QCOMPARE(reader.GetChannelData(3)->GetLastBlock()->text,
-                 QString("HELLO WORLD \nAGAIN <&>\"'"));
+        QVERIFY(reader.SetUserData(Newest(reader, 3), nullptr, UserData::ChangeType, 6, 12));
+        QCOMPARE(Newest(reader, 3)->text, "HELLO WORLD \nAGAIN <&>\"'");
     }
 
-    void HandOver()
+    void handOver()
     {
-        FixedClock clock(TestStart().addSecs(500));
+        FixedClock clock(At(500));
         DecodedTextData model;
         model.SetClock(&clock);
         SignalRecorder recorder(&model);
@@ -204,39 +169,35 @@ private Q_SLOTS:
         model.ShowUserChannel();
         model.ShowUserChannel();
         model.ApplyUserChannel();
-        QCOMPARE(recorder.Take(),
-                 QString("ChannelCreated(1000) ShowChannel(1000) ShowChannel(1000)"));
+        QCOMPARE(recorder.Take(), "ChannelCreated(1000) ShowChannel(1000) ShowChannel(1000)");
         const DecodedTextBlockPtr block = model.GetChannelData(kUser)->GetBlock(TestStart(), 4);
         block->EditText(0, 0, "one two ", &model);
-        clock.time = TestStart().addSecs(600);
+        clock.time = At(600);
         block->EditText(8, 0, "three", &model);
         model.ApplyUserChannel();
-        QCOMPARE(TakeSent(recorder),
-                 QString("SaveUserData(1000,1000/4 'one two three' 0@500 4@500 8@600"));
+        QCOMPARE(TakeSent(recorder), "SaveUserData(1000,1000/4 'one two three' 0@500 4@500 8@600");
         model.ApplyUserChannel();
         QCOMPARE(recorder.Take(), QString());
         Store(model, block, UserData::CommentType, 9, 11, "C"); // waits in the block
         QCOMPARE(recorder.Take(), QString());
         model.ApplyUserChannel();
-        QCOMPARE(TakeSent(recorder),
-                 QString("SaveUserData(1000,1000/4 'three' 8@600 {Comment [9,11)'C'}"));
-        Store(model, block, UserData::CommentType, 5, 6,
-              "D"); // its snippet's time began in front of it
+        QCOMPARE(TakeSent(recorder), "SaveUserData(1000,1000/4 'three' 8@600 {Comment [9,11)'C'}");
+        // The snippet's time began in front of the comment.
+        Store(model, block, UserData::CommentType, 5, 6, "D");
         model.EndTransmission();
-        QCOMPARE(TakeSent(recorder),
-                 QString("SaveUserData(1000,1000/4 'one two three' 0@500 4@500 8@600 "
-                         "{Comment [5,6)'D'} {Comment [9,11)'C'}"));
-        QCOMPARE(recorder.Take(), QString("DataChanged(1000,true)"));
+        QCOMPARE(TakeSent(recorder), "SaveUserData(1000,1000/4 'one two three' 0@500 4@500 8@600 "
+                                     "{Comment [5,6)'D'} {Comment [9,11)'C'}");
+        QCOMPARE(recorder.Take(), "DataChanged(1000,true)");
     }
 
-    void StoredAnnotationIsSent()
+    void storedAnnotationIsSent()
     {
         DecodedTextData model;
         model.AddTransmission(TransmissionBuilder().Pieces(3, "0:HELLO ,6:WORLD").Xml());
-        const DecodedTextBlockPtr block = model.GetChannelData(3)->GetLastBlock();
+        const DecodedTextBlockPtr block = Newest(model, 3);
         SignalRecorder recorder(&model);
         Store(model, block, UserData::CommentType, 6, 11, "C");
-        QCOMPARE(TakeSent(recorder), QString("SaveUserData(3,3/1 '-' 0@0 {Comment [6,11)'C'}"));
+        QCOMPARE(TakeSent(recorder), "SaveUserData(3,3/1 '-' 0@0 {Comment [6,11)'C'}");
         model.SetOffline(true);
         Store(model, block, UserData::CallSignType, 7, 8, "S");
         QCOMPARE(recorder.Take(), QString());
@@ -246,22 +207,21 @@ private Q_SLOTS:
         model.SetOffline(false);
         recorder.Take();
         Store(model, empty, UserData::CommentType, 0, 0, "C");
-        QCOMPARE(TakeSent(recorder), QString("SaveUserData(5,5/1 '-' 0@0 {Comment [0,0)'C'}"));
+        QCOMPARE(TakeSent(recorder), "SaveUserData(5,5/1 '-' 0@0 {Comment [0,0)'C'}");
     }
 
-    void ActiveUserData()
+    void activeUserData()
     {
         DecodedTextData model;
         for (int id = 1; id <= 3; ++id) {
             model.AddTransmission(
                 TransmissionBuilder().Pieces(3, "0:abcd", id).Pieces(2, "0:abcd", id).Xml());
-            Store(model, model.GetChannelData(3)->GetLastBlock(), UserData::CommentType, 1, 2, "C");
+            Store(model, Newest(model, 3), UserData::CommentType, 1, 2, "C");
         }
         QCOMPARE(model.GetChannelsWithActiveUserData(), QVector<int>() << 3);
-        Store(model, model.GetChannelData(2)->GetLastBlock(), UserData::CommentType, 1, 2, "C");
+        Store(model, Newest(model, 2), UserData::CommentType, 1, 2, "C");
         QCOMPARE(model.GetChannelsWithActiveUserData(), QVector<int>() << 3 << 2);
-        model.SetUserData(model.GetChannelData(3)->GetLastBlock(), nullptr, UserData::CommentType,
-                          0, 4);
+        model.SetUserData(Newest(model, 3), nullptr, UserData::CommentType, 0, 4);
         QCOMPARE(model.GetChannelsWithActiveUserData(), QVector<int>() << 2);
         // One that came with its text counts once the operator puts another in its place.
         model.AddTransmission(TransmissionBuilder()
@@ -269,7 +229,7 @@ private Q_SLOTS:
                                   .Annotation(UserData::CommentType, 1, 2, "D")
                                   .Xml());
         QCOMPARE(model.GetChannelsWithActiveUserData(), QVector<int>() << 2);
-        Store(model, model.GetChannelData(4)->GetLastBlock(), UserData::CommentType, 1, 2, "C");
+        Store(model, Newest(model, 4), UserData::CommentType, 1, 2, "C");
         QCOMPARE(model.GetChannelsWithActiveUserData(), QVector<int>() << 2 << 4);
         model.EndTransmission();
         QVERIFY(model.GetChannelsWithActiveUserData().isEmpty());
@@ -290,5 +250,5 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(TestExport)
+QTEST_GUILESS_MAIN(tst_export)
 #include "tst_export.moc"

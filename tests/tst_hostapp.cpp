@@ -3,7 +3,7 @@
 // What cuts its input is also tested directly.
 #include "documentsplitter.h"
 #include "rowtable.h"
-#include "sorvinresultdata.h"
+#include "transmissionbuilder.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -11,31 +11,25 @@
 #include <QProcess>
 #include <QSet>
 #include <QTemporaryDir>
-#include <QtTest>
 
 namespace {
 
 const int kTimeoutMs = 60000;
-const char kFirst[] =
-    "<Transmission start=\"2026-03-14T09:00:00Z\"><DataBlock channel=\"1\" id=\"1\">"
-    "<TimeStamp time=\"2026-03-14T09:00:00Z\" position=\"0\"/><Content>FIRST&#10;</Content>"
-    "</DataBlock></Transmission>";
-const char kSecond[] =
-    "<Transmission start=\"2026-03-14T09:00:00Z\"><DataBlock channel=\"1\" id=\"1\">"
-    "<TimeStamp time=\"2026-03-14T09:00:02Z\" position=\"6\"/><Content>SECOND&#10;</Content>"
-    "</DataBlock></Transmission>";
+/// What "both.xml" holds, at its times in UTC.
 const char kBothAsText[] =
-    "Channel 1\n=========\n\n2026-03-14 09:00:00\n09:00:00  FIRST\n09:00:02  SECOND\n";
+    "Channel 1\n=========\n\n2026-01-31 12:00:00\n12:00:00  FIRST\n12:00:06  SECOND\n";
 
-QString Sample(const char* name)
-{
-    return QLatin1String(DTV_SOURCE_DIR "/samples/") + QLatin1String(name);
-}
-
-QByteArray ReadAll(const QString& path)
+QByteArray ReadAll(const char* path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void Write(const char* path, const QByteArray& content)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(content), qint64(content.size()));
 }
 
 struct Result
@@ -45,13 +39,19 @@ struct Result
     QByteArray error; // without what Qt itself says
 };
 
+/// By the shell, which does \a before first.
+void Start(QProcess& process, const QString& arguments, const QString& before = QString())
+{
+    process.start("sh", QStringList() << "-c" << before + "exec \"$0\" " + arguments
+                                      << QLatin1String(DTV_HOST_PROGRAM));
+}
+
 Result Finish(QProcess& process)
 {
     Result result;
-    result.status =
-        process.waitForFinished(kTimeoutMs) && process.exitStatus() == QProcess::NormalExit
-            ? process.exitCode()
-            : -1;
+    const bool hasEnded = process.waitForFinished(kTimeoutMs);
+    const bool isNormal = process.exitStatus() == QProcess::NormalExit;
+    result.status = hasEnded && isNormal ? process.exitCode() : -1;
     result.out = process.readAllStandardOutput();
     for (const QByteArray& line : process.readAllStandardError().split('\n')) {
         if (line.startsWith("decodedtexthost: ")) {
@@ -61,37 +61,20 @@ Result Finish(QProcess& process)
     return result;
 }
 
-Result Run(const QStringList& arguments, const QByteArray& input = QByteArray())
+Result Run(const QString& arguments, const QString& before = QString())
 {
     QProcess process;
-    process.start(QLatin1String(DTV_HOST_PROGRAM), arguments);
-    process.write(input);
-    process.closeWriteChannel();
+    Start(process, arguments, before);
     return Finish(process);
 }
 
-/// Started by \a script of the shell, as "$0" "$@".
-Result RunIn(const char* script, const QStringList& arguments)
-{
-    QProcess process;
-    process.start("sh", QStringList() << "-c" << QLatin1String(script)
-                                      << QLatin1String(DTV_HOST_PROGRAM) << arguments);
-    return Finish(process);
-}
-
-QStringList Words(const char* text)
-{
-    return QString::fromLatin1(text).split(' ');
-}
-
-/// Transmissions by their first line, errors with their line.
+/// Transmissions by their first line, errors with their line; "~" as in the rows.
 QString Print(DocumentSplitter& splitter)
 {
     QString out;
     for (const DocumentSplitter::Piece& piece : splitter.TakePieces()) {
-        out += QString("%1:%2\n")
-                   .arg(piece.line)
-                   .arg(piece.error.isEmpty() ? QString::fromUtf8(piece.xml) : "error");
+        const QString xml = QString::fromUtf8(piece.xml).replace("Transmission", "~");
+        out += QString("%1:%2|").arg(piece.line).arg(piece.error.isEmpty() ? xml : "error");
     }
     return out;
 }
@@ -103,10 +86,17 @@ class tst_hostapp : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    /// All files are named as seen from the scratch folder.
     void initTestCase()
     {
-        QVERIFY(folder.isValid());
-        qputenv("HX_CONFIG_FILE", QFile::encodeName(Path("settings.ini")));
+        QVERIFY(QDir::setCurrent(folder.path()));
+        QVERIFY(QFile::link(DTV_SOURCE_DIR "/samples", "samples"));
+        qputenv("HX_CONFIG_FILE", QFile::encodeName(folder.filePath("settings.ini")));
+        const QString first = TransmissionBuilder().Pieces(1, "0:FIRST~").Xml();
+        both = QString(first + '\n' + TransmissionBuilder().Pieces(1, "6:SECOND~").Xml()).toUtf8();
+        Write("both.xml", both);
+        const char makeWhole[] = "--export whole.xml samples/harbour.xml samples/annotated.xml";
+        QCOMPARE(Run(makeWhole).status, 0);
     }
 
     void commandLine_data()
@@ -114,7 +104,6 @@ private Q_SLOTS:
         // name ;; arguments ;; status ;; on standard output ;; on standard error
         AddRows({
             "version ;; --version ;; 0 ;; decodedtexthost  ;; ",
-            "help ;; --help ;; 0 ;; --quit-at-end ;; ",
             "help-despite-files ;; --help x.xml ;; 0 ;; [FILE ...] ;; ",
             "unknown-option ;; --bogus ;; 1 ;;  ;; bogus",
             "missing-value ;; --text ;; 1 ;;  ;; text",
@@ -129,62 +118,44 @@ private Q_SLOTS:
     void commandLine()
     {
         QFETCH(QStringList, row);
-        const QByteArray out = row.at(2).toUtf8();
-        const QByteArray error = row.at(3).toUtf8();
-        const Result result = Run(row.at(0).split(' '));
+        const Result result = Run(row.at(0));
         QCOMPARE(result.status, row.at(1).toInt());
-        QVERIFY2(out.isEmpty() ? result.out.isEmpty() : result.out.contains(out),
-                 result.out.constData());
-        QVERIFY2(error.isEmpty() ? result.error.isEmpty() : result.error.contains(error),
-                 result.error.constData());
+        for (int i = 0; i < 2; ++i) {
+            const QByteArray printed = i == 0 ? result.out : result.error;
+            const QByteArray expected = row.at(2 + i).toUtf8();
+            QVERIFY2(printed.contains(expected), printed.constData());
+            QCOMPARE(printed.isEmpty(), expected.isEmpty());
+        }
     }
 
     void splitting_data()
     {
-        QTest::addColumn<QByteArray>("input");
-        QTest::addColumn<QString>("pieces");
-        const QByteArray t("<Transmission/>");
-        QTest::newRow("stream") << t + "\n" + t + "\n"
-                                << "1:<Transmission/>\n2:<Transmission/>\n";
-        QTest::newRow("no-line-break") << t + t << "1:<Transmission/>\n1:<Transmission/>\n";
-        QTest::newRow("recording")
-            << "<?xml version='1.0'?>\n<!-- a > b -->\n<ResultData>\n " + t + "\n</ResultData>\n"
-            << "4:<Transmission/>\n";
-        QTest::newRow("recording-in-stream")
-            << "<ResultData>" + t + "</ResultData>" + t << "1:<Transmission/>\n1:<Transmission/>\n";
-        QTest::newRow("byte-order-mark") << "\xEF\xBB\xBF" + t << "1:<Transmission/>\n";
-        QTest::newRow("tags-in-texts")
-            << QByteArray("<Transmission a='</Transmission>'><![CDATA[</Transmission>]]><!--"
-                          "</Transmission>--></Transmission>")
-            << "1:error\n1:error\n";
-        QTest::newRow("tags-in-cdata")
-            << QByteArray("<Transmission a='/>'><![CDATA[</Transmission>]]></Transmission>")
-            << "1:<Transmission a='/>'><![CDATA[</Transmission>]]></Transmission>\n";
-        QTest::newRow("cut-off-by-next") << "<Transmission><Content>abc\n" + t
-                                         << "1:<Transmission><Content>abc\n\n2:<Transmission/>\n";
-        QTest::newRow("cut-off-in-attribute")
-            << "<Transmission a=\"b\n" + t << "1:error\n2:<Transmission/>\n";
-        QTest::newRow("cut-off-by-recording")
-            << "<Transmission>\n<?xml version='1.0'?><ResultData>" + t + "</ResultData>"
-            << "1:<Transmission>\n\n2:<Transmission/>\n";
-        QTest::newRow("cut-off-by-end")
-            << QByteArray("\n<Transmission><Data") << "2:<Transmission><Data\n";
-        QTest::newRow("other-lines") << "log: <start>\n" + t + " trailing\n" + t
-                                     << "1:error\n2:<Transmission/>\n2:error\n3:<Transmission/>\n";
-        QTest::newRow("unknown-elements")
-            << "<ResultData><x><x/><x>" + t + "</x></x>" + t + "</ResultData>"
-            << "1:<Transmission/>\n";
-        QTest::newRow("recording-without-end")
-            << "<ResultData>\n" + t << "2:<Transmission/>\n2:error\n";
-        QTest::newRow("foreign-root") << "<html>" + t << "1:error\n";
-        QTest::newRow("document-type")
-            << "<!DOCTYPE a [<!ENTITY b 'c'>]>\n" + t << "1:error\n1:error\n2:<Transmission/>\n";
+        // name ;; input ;; pieces; "~" stands for "Transmission"
+        AddRows({
+            "stream ;; <~/>\n<~/>\n ;; 1:<~/>|2:<~/>|",
+            "no-line-break ;; <~/><~/> ;; 1:<~/>|1:<~/>|",
+            "recording ;; <?xml v='1'?>\n<!-- > -->\n<ResultData>\n<~/>\n</ResultData> ;; 4:<~/>|",
+            "recording-in-stream ;; <ResultData><~/></ResultData><~/> ;; 1:<~/>|1:<~/>|",
+            "byte-order-mark ;; \xEF\xBB\xBF<~/> ;; 1:<~/>|",
+            "no-tags ;; <~ a='/>'><![CDATA[</~>]]><!--</~>--></~>"
+            " ;; 1:<~ a='/>'><![CDATA[</~>]]><!--</~>--></~>|",
+            "end-tags ;; </~>\n<~ a='</~>'></~>\n<~/> ;; 1:error|2:error|2:error|3:<~/>|",
+            "cut-off-by-next ;; <~><Content>abc\n<~/> ;; 1:<~><Content>abc\n|2:<~/>|",
+            "cut-off-in-attribute ;; <~ a=\"b\n<~/> ;; 1:error|2:<~/>|",
+            "cut-off-by-file ;; <~>\n<?xml v='1'?><ResultData><~/></ResultData> ;; 1:<~>\n|2:<~/>|",
+            "cut-off-by-end ;; \n<~><Data ;; 2:<~><Data|",
+            "other-lines ;; log: <start>\n<~/> trailing\n<~/> ;; 1:error|2:<~/>|2:error|3:<~/>|",
+            "unknown-elements ;; <ResultData><x><x/><x><~/></x></x><~/></ResultData> ;; 1:<~/>|",
+            "recording-without-end ;; <ResultData>\n<~/> ;; 2:<~/>|2:error|",
+            "foreign-root ;; <?xml version='1.0'?>\n<html><~/> ;; 2:error|",
+            "document-type ;; <!DOCTYPE a [<!ENTITY b 'c'>]>\n<~/> ;; 1:error|1:error|2:<~/>|",
+        });
     }
     /// However the input is cut, the pieces are the same.
     void splitting()
     {
-        QFETCH(QByteArray, input);
-        QFETCH(QString, pieces);
+        QFETCH(QStringList, row);
+        const QByteArray input = row.at(0).toUtf8().replace("~", "Transmission");
         for (int cut = 0; cut <= input.size(); ++cut) {
             DocumentSplitter splitter;
             splitter.Add(input.constData(), cut);
@@ -192,55 +163,44 @@ private Q_SLOTS:
             splitter.Add(input.constData() + cut, static_cast<int>(input.size()) - cut);
             splitter.Finish();
             found += Print(splitter);
-            QCOMPARE(found, pieces);
+            QCOMPARE(found, row.at(1));
         }
     }
 
     void damagedInput_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("error");
-        const QByteArray first(kFirst);
-        const QByteArray half = first.left(first.indexOf("</DataBlock>"));
-        QTest::newRow("empty") << QByteArray("") << "damaged.xml:1: ";
-        QTest::newRow("plain-text") << QByteArray("just\na text\n") << "damaged.xml:2: ";
-        QTest::newRow("foreign-root")
-            << QByteArray("<?xml version='1.0'?>\n<html></html>\n") << "damaged.xml:2: ";
-        QTest::newRow("cut-off-line") << half + "\n" + kSecond + "\n"
-                                      << "damaged.xml:2: ";
-        QTest::newRow("wrong-end-tag") << QByteArray("<ResultData>\n<Transmission>\n<DataBlock>\n</"
-                                                     "Block>\n</Transmission>\n</ResultData>")
-                                       << "damaged.xml:4: ";
-        QTest::newRow("unknown-entity")
-            << QByteArray("\n<Transmission>\n&x;</Transmission>\n") << "damaged.xml:3: ";
-        QTest::newRow("recording-without-end") << QByteArray("<ResultData>\n") + kFirst + "\n"
-                                               << "damaged.xml:3: ";
-        QTest::newRow("many-errors") << QByteArray("x\n").repeated(500) << "not shown";
+        // name ;; content ;; in the message
+        AddRows({
+            "empty ;;  ;; damaged.xml:1: ",
+            "plain-text ;; just\na text\n ;; damaged.xml:2: ",
+            "cut-off-line ;; <Transmission>\n<Transmission start='2026-03-14T09:00:00Z'/>"
+            " ;; damaged.xml:2: ",
+            "wrong-end ;; \n<Transmission>\n<DataBlock>\n</Block></Transmission> ;; "
+            "damaged.xml:4: ",
+            "unknown-entity ;; <ResultData>\n<Transmission>\n&x;</Transmission> ;; damaged.xml:3: ",
+            "many-errors ;; x\nx\nx\nx\nx\nx\nx\nx\nx\nx\nx\nx\nx\nx\nx\n ;; not shown",
+        });
     }
     /// The message names file and line, and the other input is shown all the same.
     void damagedInput()
     {
-        QFETCH(QByteArray, content);
-        QFETCH(QString, error);
-        const QString damaged = Write("damaged.xml", content);
-        const QString good = Write("good.xml", QByteArray(kFirst) + '\n' + kSecond + '\n');
-        const Result result =
-            Run(Words("--utc --text - --quit-at-end") << damaged << Path("missing.xml") << good);
+        QFETCH(QStringList, row);
+        Write("damaged.xml", row.at(0).toUtf8());
+        const Result result = Run("--text - --quit-at-end damaged.xml missing.xml both.xml");
         QCOMPARE(result.status, 2);
-        QVERIFY2(result.error.contains(error.toUtf8()), result.error.constData());
+        QVERIFY2(result.error.contains(row.at(1).toUtf8()), result.error.constData());
         QVERIFY2(result.error.contains("missing.xml: "), result.error.constData());
         QVERIFY(result.error.count('\n') <= 11);
-        QVERIFY2(result.out.contains("09:00:02  SECOND\n"), result.out.constData());
+        QVERIFY2(result.out.contains("  SECOND\n"), result.out.constData());
     }
 
     void standardInputInPieces()
     {
-        const QByteArray stream = QByteArray(kFirst) + '\n' + kSecond + '\n';
         for (int size : {1, 7, 300}) {
             QProcess process;
-            process.start(QLatin1String(DTV_HOST_PROGRAM), Words("--utc --text - -"));
-            for (int from = 0; from < stream.size(); from += size) {
-                process.write(stream.mid(from, size));
+            Start(process, "--utc --text - -");
+            for (int from = 0; from < both.size(); from += size) {
+                process.write(both.mid(from, size));
                 process.waitForBytesWritten();
             }
             process.closeWriteChannel();
@@ -254,94 +214,65 @@ private Q_SLOTS:
     /// closed.
     void standardInputStaysOpen()
     {
-        const QString fifo = Path("fifo");
-        QCOMPARE(QProcess::execute("mkfifo", QStringList(fifo)), 0);
+        QCOMPARE(QProcess::execute("mkfifo", QStringList("fifo")), 0);
         QProcess process;
-        process.start(QLatin1String(DTV_HOST_PROGRAM), Words("--utc --speed 1000 -")
-                                                           << Write("a.xml", kFirst));
+        Start(process, "--utc --speed 1000 - both.xml");
         QVERIFY(process.waitForStarted());
-        process.write(kFirst);
+        process.write(both);
         QVERIFY(!process.waitForFinished(700));
         process.closeWriteChannel();
         QCOMPARE(Finish(process).status, 0);
-        process.start(QLatin1String(DTV_HOST_PROGRAM), Words("--utc --text -") << fifo);
-        QFile pipe(fifo);
-        QVERIFY(pipe.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-        QVERIFY(pipe.write(QByteArray(kFirst) + kSecond) > 0);
-        pipe.close();
+        Start(process, "--utc --text - fifo");
+        Write("fifo", both);
         QCOMPARE(Finish(process).out, QByteArray(kBothAsText));
     }
 
-    void textOfSamples()
+    void printedText_data()
     {
-        const Result result =
-            Run(Words("--utc --quit-at-end --text - --name 3=REPORTS")
-                << Sample("harbour.xml") << Sample("right-to-left.xml") << Sample("long.xml"));
+        // name ;; arguments ;; beginning ;; further parts
+        AddRows({
+            "lost-characters-and-names ;; --utc --name 3=REPORTS samples/harbour.xml"
+            " ;; Channel 1\n=========\n\n2026-03-14 09:00:00\n09:00:00  CQ CQ CQ DE"
+            " ;; FOG VIS 200 M\n          [23 characters lost]\n09:01:35  PSE RPT WX K\n"
+            " ;; \n\n2026-03-14 09:03:00\n09:03:00  VVV VVV DE QX9NB"
+            " ;; \n\nREPORTS\n=======\n"
+            " ;; 09:00:21  MV GREY HERON QK2GH 0905 5358N 00802E COURSE 092 SPEED 11.1 KN\n",
+            "right-to-left ;; --utc samples/right-to-left.xml ;; Channel 5\n"
+            " ;; 09:05:14  السفينة QK2GH تصل الساعة 11:15 إلى الرصيف رقم 9.\n"
+            " ;;           [18 characters lost]\n09:05:16  ראות טובה",
+            "local-times ;; both.xml ;; Channel 1\n=========\n\n2026-01-31 17:30:00\n17:30:00  F",
+            "merged ;; --utc --merge --name 2=WX samples/live-stream.txt"
+            " ;; All channels\n============\n\n2026-03-14 09:20:00\n"
+            "09:20:00  [Channel 1] ALL STATIONS DE\n ;;   [WX] QC4CR DE QK5AC\n",
+        });
+    }
+    void printedText()
+    {
+        QFETCH(QStringList, row);
+        const Result result = Run("--text - --quit-at-end " + row.at(0));
         QCOMPARE(result.status, 0);
         QCOMPARE(result.error, QByteArray());
-        const char* const expected[] = {
-            "Channel 1\n=========\n\n2026-03-14 09:00:00\n09:00:00  CQ CQ CQ DE QX1TR QX1TR QX1TR "
-            "K\n",
-            "FOG VIS 200 M\n          [23 characters lost]\n09:01:35  PSE RPT WX K\n",
-            "\n\n2026-03-14 09:03:00\n09:03:00  VVV VVV DE QX9NB",
-            "\n\nREPORTS\n=======\n",
-            "09:00:21  MV GREY HERON QK2GH 0905 5358N 00802E COURSE 092 SPEED 11.1 KN\n",
-            "09:05:14  السفينة QK2GH تصل الساعة 11:15 إلى الرصيف رقم 9.\n",
-            "          [18 characters lost]\n09:05:16  ראות טובה",
-        };
-        for (const char* text : expected) {
-            QVERIFY2(result.out.contains(text), text);
+        QVERIFY2(result.out.startsWith(row.at(1).toUtf8()), result.out.constData());
+        for (const QString& part : row.mid(2)) {
+            QVERIFY2(result.out.contains(part.toUtf8()), qPrintable(part));
         }
         QVERIFY(!result.out.contains("COVRSE"));
         QVERIFY(!result.out.contains("\nChannel 0"));
     }
 
-    void localTimes()
-    {
-        const Result result = Run(Words("--text - --quit-at-end") << Write("a.xml", kFirst));
-        QCOMPARE(result.out,
-                 QByteArray("Channel 1\n=========\n\n2026-03-14 14:30:00\n14:30:00  FIRST\n"));
-    }
-
-    void mergedText()
-    {
-        const Result result = Run(Words("--utc --merge --text - --name 2=WX --quit-at-end")
-                                  << Sample("live-stream.txt"));
-        QVERIFY2(result.out.startsWith("All channels\n============\n\n2026-03-14 09:20:00\n"
-                                       "09:20:00  [Channel 1] ALL STATIONS DE\n"),
-                 result.out.constData());
-        QVERIFY2(result.out.contains("  [WX] QC4CR DE QK5AC\n"), result.out.constData());
-    }
-
     void exportReadsBack()
     {
-        const QStringList options = Words("--utc --quit-at-end --export");
-        const QString first = Path("first.xml");
-        const QString second = Path("second.xml");
-        QCOMPARE(
-            Run(QStringList(options) << first << Sample("harbour.xml") << Sample("annotated.xml"))
-                .status,
-            0);
-        QCOMPARE(Run(QStringList(options) << second << first).status, 0);
-        QCOMPARE(Run(QStringList(options) << "-" << first).out, ReadAll(first));
-        QCOMPARE(ReadAll(second), ReadAll(first));
-        SorvinResultDataXml::SorvinResultData data;
-        QVERIFY(data.SetXmlString(QString::fromUtf8(ReadAll(first))));
-        int annotations = 0;
-        for (const SorvinResultDataXml::Transmission* transmission : data.GetTransmission()) {
-            for (const SorvinResultDataXml::DataBlock* block : transmission->GetDataBlock()) {
-                annotations += static_cast<int>(block->GetUserData().size());
-            }
-        }
-        QCOMPARE(annotations, 6);
+        QCOMPARE(Run("--utc --export again.xml whole.xml").status, 0);
+        const QByteArray whole = ReadAll("whole.xml");
+        QCOMPARE(ReadAll("again.xml"), whole);
+        QCOMPARE(Run("--export - whole.xml").out, whole);
+        QCOMPARE(static_cast<int>(whole.count("<UserData ")), 6);
     }
 
     void picture()
     {
-        const QString file = Path("picture.png");
-        QCOMPARE(Run(Words("--quit-at-end --screenshot") << file << Sample("harbour.xml")).status,
-                 0);
-        const QImage image(file);
+        QCOMPARE(Run("--quit-at-end --screenshot picture.png samples/harbour.xml").status, 0);
+        const QImage image("picture.png");
         QVERIFY(image.width() >= 1000 && image.height() >= 700);
         // Text in the lower half: more than the first channel is open.
         QSet<QRgb> colours;
@@ -353,30 +284,31 @@ private Q_SLOTS:
         QVERIFY(colours.size() > 3);
     }
 
+    void replayShowsTheSame_data()
+    {
+        // name ;; speed ;; files
+        AddRows({
+            "several-files ;; 5000 ;; samples/harbour.xml samples/annotated.xml",
+            // So much is due at once that it takes several slices of the event loop.
+            "all-at-once ;; 1000000000 ;; samples/long.xml",
+            // An export holds each transmission whole: it is cut into what was received when.
+            "exported ;; 5000 ;; whole.xml",
+        });
+    }
     void replayShowsTheSame()
     {
-        const QStringList options = Words("--utc --quit-at-end --text -");
-        const QStringList files = QStringList() << Sample("harbour.xml") << Sample("annotated.xml");
-        const QString exported = Path("whole.xml");
-        QCOMPARE(Run(Words("--quit-at-end --export") << exported << files).status, 0);
-        const QByteArray atOnce = Run(options + files).out;
+        QFETCH(QStringList, row);
+        const QString arguments = "--utc --quit-at-end --text - " + row.at(1);
+        const QByteArray atOnce = Run(arguments).out;
         QVERIFY(!atOnce.isEmpty());
-        QCOMPARE(Run(options + Words("--speed 5000") + files).out, atOnce);
-        // So much is due at once that it takes several slices of the event loop.
-        const QStringList longFile(Sample("long.xml"));
-        QCOMPARE(Run(options + Words("--speed 1000000000") + longFile).out,
-                 Run(options + longFile).out);
-        // An export holds each transmission whole: it is cut into what was received when.
-        QCOMPARE(Run(options + Words("--speed 5000") << exported).out,
-                 Run(options + QStringList(exported)).out);
+        QCOMPARE(Run(arguments + " --speed " + row.at(0)).out, atOnce);
     }
 
     void replayTakesItsTime()
     {
         QElapsedTimer timer;
         timer.start();
-        const Result result = Run(Words("--utc --quit-at-end --text - --speed 2")
-                                  << Write("a.xml", QByteArray(kFirst) + kSecond));
+        const Result result = Run("--utc --quit-at-end --text - --speed 6 both.xml");
         QCOMPARE(result.out, QByteArray(kBothAsText));
         QVERIFY(timer.elapsed() >= 1000);
     }
@@ -384,21 +316,19 @@ private Q_SLOTS:
     /// It is told, and costs nothing that was there.
     void unwritableOutput()
     {
-        const char fewBlocks[] = "trap '' XFSZ; ulimit -f 1; exec \"$0\" \"$@\"";
-        const QString files[] = {Path("no-such-folder/out"), Write("old.txt", "old"), folder.path(),
-                                 "/dev/full"};
-        for (const char* option : {"--text", "--export", "--screenshot"}) {
-            for (const QString& file : files) {
-                const Result result = RunIn(fewBlocks, QStringList(QLatin1String(option))
-                                                           << file << Sample("harbour.xml"));
+        Write("old.txt", "old");
+        for (const char* option : {"--text ", "--export ", "--screenshot "}) {
+            for (const char* file : {"no-such-folder/out", "old.txt", ".", "/dev/full"}) {
+                // No file of more than a block.
+                const Result result = Run(QString(option) + file + " samples/harbour.xml",
+                                          "trap '' XFSZ; ulimit -f 1; ");
                 QCOMPARE(result.status, 2);
-                QVERIFY2(result.error.contains(file.toUtf8() + ": "), result.error.constData());
+                QVERIFY2(result.error.contains(QByteArray(file) + ": "), result.error.constData());
             }
         }
-        QCOMPARE(ReadAll(files[1]), QByteArray("old"));
+        QCOMPARE(ReadAll("old.txt"), QByteArray("old"));
         for (const char* arguments : {"--text -", "--export -", "--help", "--version"}) {
-            const Result result =
-                RunIn("exec \"$0\" \"$@\" >/dev/full", Words(arguments) << Sample("harbour.xml"));
+            const Result result = Run(arguments + QString(" samples/harbour.xml >/dev/full"));
             QCOMPARE(result.status, 2);
             QVERIFY2(result.error.contains("standard output: "), result.error.constData());
         }
@@ -407,62 +337,43 @@ private Q_SLOTS:
     /// What else there is stays: permissions, links, and files whose names look like ours.
     void replacedOutput()
     {
-        const QString file = Write("out.txt", "old");
-        QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner));
-        const QFile::Permissions before = QFile::permissions(file);
-        const QString other = Write("out.txt.part", "other");
-        const QString link = Path("link.txt");
-        QVERIFY(QFile::link(file, link) && QFile::link(link, Path("link-to-link.txt")));
-        QCOMPARE(Run(Words("--text") << Path("link-to-link.txt") << Write("a.xml", kFirst)).status,
-                 0);
-        QVERIFY(ReadAll(file).endsWith("FIRST\n"));
-        QVERIFY(QFileInfo(link).isSymLink());
-        QCOMPARE(QFile::permissions(file), before);
-        QCOMPARE(ReadAll(other), QByteArray("other"));
+        Write("out.txt", "old");
+        Write("out.txt.part", "other");
+        QVERIFY(QFile::setPermissions("out.txt", QFile::ReadOwner | QFile::WriteOwner));
+        const QFile::Permissions before = QFile::permissions("out.txt");
+        QVERIFY(QFile::link("out.txt", "link.txt") && QFile::link("link.txt", "link-to-link.txt"));
+        QCOMPARE(Run("--text link-to-link.txt both.xml").status, 0);
+        QVERIFY(ReadAll("out.txt").endsWith("SECOND\n"));
+        QVERIFY(QFileInfo("link.txt").isSymLink());
+        QCOMPARE(QFile::permissions("out.txt"), before);
+        QCOMPARE(ReadAll("out.txt.part"), QByteArray("other"));
     }
 
     void demonstration()
     {
-        const QString picture = Path("demo.png");
         const Result result =
-            Run(Words("--demo --utc --speed 50 --quit-at-end --text - --screenshot") << picture);
+            Run("--demo --utc --speed 50 --quit-at-end --text - --screenshot demo.png");
         QVERIFY2(result.status == 0, result.error.constData());
         QVERIFY2(result.out.startsWith("Aggregation\n"), result.out.constData());
         QVERIFY2(result.out.trimmed().endsWith("erat,"), result.out.constData());
-        QVERIFY(!QImage(picture).isNull());
+        QVERIFY(!QImage("demo.png").isNull());
     }
 
     void settingsPersist()
     {
-        const QByteArray environment = qgetenv("HX_CONFIG_FILE");
-        const QString file =
-            Write("own.ini", "[DecodedTextView]\nBufferSize=200\nQualityThreshold=61\n"
-                             "InfoAreaWidth=77\nForegroundColor=\nBackgroundColor=Navy\n");
-        qputenv("HX_CONFIG_FILE", QFile::encodeName(file));
-        QByteArray kept[2];
-        for (QByteArray& settings : kept) {
-            Run(Words("--quit-at-end") << Sample("harbour.xml"));
-            settings = ReadAll(file);
+        Write("own.ini", "[DecodedTextView]\nBufferSize=200\nQualityThreshold=61\n"
+                         "InfoAreaWidth=77\nForegroundColor=\nBackgroundColor=Navy\n");
+        for (int run = 0; run < 2; ++run) {
+            Run("--quit-at-end samples/harbour.xml", "export HX_CONFIG_FILE=own.ini; ");
+            QCOMPARE(ReadAll("own.ini"),
+                     QByteArray("[DecodedTextView]\nBackgroundColor=Navy\nBufferSize=1000\n"
+                                "ForegroundColor=Black\nInfoAreaWidth=77\nQualityThreshold=61\n"));
         }
-        qputenv("HX_CONFIG_FILE", environment);
-        QCOMPARE(
-            kept[0],
-            QByteArray("[DecodedTextView]\nBackgroundColor=Navy\nBufferSize=1000\nForegroundColor="
-                       "Black\nInfoAreaWidth=77\nQualityThreshold=61\n"));
-        QCOMPARE(kept[1], kept[0]);
     }
 
 private:
-    QString Path(const char* name) const { return folder.filePath(QLatin1String(name)); }
-    QString Write(const char* name, const QByteArray& content) const
-    {
-        QFile file(Path(name));
-        return file.open(QIODevice::WriteOnly) && file.write(content) == content.size()
-                   ? file.fileName()
-                   : QString();
-    }
-
     QTemporaryDir folder;
+    QByteArray both;
 };
 
 QTEST_GUILESS_MAIN(tst_hostapp)

@@ -92,8 +92,7 @@ QString RunScript(DecodedTextData& model, const QString& acts)
         } else if (verb == "x") {
             StoreMerged(model, UserData::ChangeType, from, to, rest.section(' ', 2));
         } else if (verb == "r") {
-            const DecodedTextBlockPtr merged = model.GetChannelData(0)->GetLastBlock();
-            model.SetUserData(merged, nullptr, UserData::ChangeType, from, to);
+            model.SetUserData(Newest(model, 0), nullptr, UserData::ChangeType, from, to);
         } else {
             TransmissionBuilder builder;
             builder.Block(verb.left(1).toInt(), qMax(1, verb.mid(2).toInt()));
@@ -109,28 +108,28 @@ QString RunScript(DecodedTextData& model, const QString& acts)
 }
 } // namespace
 
-class TestMerge : public WatchedTest
+class tst_merge : public WatchedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void Acts_data() { AddRows(kActs); }
-    void Acts()
+    void acts_data() { AddRows(kActs); }
+    void acts()
     {
         QFETCH(QStringList, row);
         DecodedTextData model;
         const QString last = RunScript(model, row.at(0));
         QCOMPARE(Print(model, 0), row.at(1));
         QCOMPARE(last, row.at(2));
-        const DecodedTextBlockPtr block = model.GetChannelData(0)->GetLastBlock();
+        const DecodedTextBlockPtr block = Newest(model, 0);
         block->LabelChannelRuns(0, &model);
         block->ApplySeparator(0, model.GetChannelSeparator(),
                               !model.GetChannelSeparator().isEmpty());
         QCOMPARE(Print(model, 0), row.at(1)); // once more changes nothing
     }
 
-    void PositionMap_data() { AddRows(kMapped); }
-    void PositionMap()
+    void positionMap_data() { AddRows(kMapped); }
+    void positionMap()
     {
         QFETCH(QStringList, row);
         DecodedTextPositionMap map;
@@ -142,16 +141,15 @@ private Q_SLOTS:
         QCOMPARE(map.MapEnd(row.at(0).toInt()), row.at(2).toInt());
     }
 
-    void TextDirectionAndCode()
+    void textDirectionAndCode()
     {
         DecodedTextData model;
         TransmissionBuilder builder;
         builder.Block(1).Text(0, "ab").Last()->SetContentDirectionRTL(true);
         builder.Last()->SetContentCode("X1");
         AddMerged(model, builder.Xml());
-        const DecodedTextBlockPtr merged = model.GetChannelData(0)->GetLastBlock();
-        QVERIFY(merged->rightToLeft && merged->changed &&
-                model.GetChannelData(1)->GetLastBlock()->closed);
+        const DecodedTextBlockPtr merged = Newest(model, 0);
+        QVERIFY(merged->rightToLeft && merged->changed && Newest(model, 1)->closed);
         QCOMPARE(merged->contentCode, "X1");
         RunScript(model, "2 0:cd@2");
         QVERIFY(!merged->rightToLeft);
@@ -159,7 +157,7 @@ private Q_SLOTS:
 
     /// A held buffer that overflows gets a gap marker in place of the text; further data adds
     /// nothing to merge.
-    void SuppressedData()
+    void suppressedData()
     {
         DecodedTextData model;
         model.SetBufferSize(1000);
@@ -168,17 +166,16 @@ private Q_SLOTS:
         model.GetChannelData(1)->hold = true;
         QCOMPARE(RunScript(model, "1 1600:cd@3"), "DataChanged(0,true)");
         QCOMPARE(Print(model, 0).remove(filling),
-                 QString("[0,1600)'' [1600,1602)gap'\\n\\n' [1602,1603)'b' {CallSign "
-                         "[0,1)''} {CallSign [1602,1603)''} open"));
+                 "[0,1600)'' [1600,1602)gap'\\n\\n' [1602,1603)'b' {CallSign "
+                 "[0,1)''} {CallSign [1602,1603)''} open");
         QCOMPARE(RunScript(model, "1 1602:ef@4"), QString());
         model.GetChannelData(1)->hold = false;
         QCOMPARE(RunScript(model, "1 1604:gh@5"), "DataChanged(0,false)");
-        QCOMPARE(
-            Print(model, 0).remove(filling),
-            QString("[0,1600)'' [1600,1602)gap'\\n\\n' [1602,1603)'b' [1603,1605)'gh' {CallSign "
-                    "[0,1)''} {CallSign [1602,1603)''} {CallSign [1603,1604)''} open"));
+        QCOMPARE(Print(model, 0).remove(filling),
+                 "[0,1600)'' [1600,1602)gap'\\n\\n' [1602,1603)'b' [1603,1605)'gh' {CallSign "
+                 "[0,1)''} {CallSign [1602,1603)''} {CallSign [1603,1604)''} open");
     }
 };
 
-QTEST_GUILESS_MAIN(TestMerge)
+QTEST_GUILESS_MAIN(tst_merge)
 #include "tst_merge.moc"

@@ -48,12 +48,12 @@ private Q_SLOTS:
     void methods()
     {
         QCOMPARE(DeclaredMethods(DecodedTextChannel::staticMetaObject),
-                 QString("TextAreaChanged(); ToggleTextArea(); ExpandTextArea(bool) expand; "
-                         "DataChanged(int,bool) channel,"
-                         "refresh; TransmissionChanged(int) channel; PropertiesChanged()"));
+                 "TextAreaChanged(); ToggleTextArea(); ExpandTextArea(bool) expand; "
+                 "DataChanged(int,bool) channel,refresh; "
+                 "TransmissionChanged(int) channel; PropertiesChanged()");
         QCOMPARE(DeclaredMethods(DecodedTextCaption::staticMetaObject),
-                 QString("OnActivate(); OnApply(); setModified(bool) modified; applyNow(); "
-                         "setAutoApplyEnabled(bool) enabled"));
+                 "OnActivate(); OnApply(); setModified(bool) modified; applyNow(); "
+                 "setAutoApplyEnabled(bool) enabled");
     }
 
     void buttonOpensAndCloses()
@@ -67,7 +67,7 @@ private Q_SLOTS:
         button->click();
         DecodedTextContent* const content = panel.GetContent();
         QVERIFY(panel.IsExpanded() && content->isVisible());
-        QCOMPARE(content->toPlainText(), QString("alpha"));
+        QCOMPARE(content->toPlainText(), "alpha");
 
         button->click();
         QVERIFY(!panel.IsExpanded() && !content->isVisible() && panel.GetContent() == content);
@@ -146,7 +146,7 @@ private Q_SLOTS:
         caption->setModified(true);
         QTRY_VERIFY(!caption->IsModified());
         QVERIFY2(pause.elapsed() > 340, "every edit begins the pause anew");
-        QCOMPARE(signalsOf.Take(), QString("OnApply()"));
+        QCOMPARE(signalsOf.Take(), "OnApply()");
     }
 
 public Q_SLOTS: // not a test

@@ -3,6 +3,7 @@
 // the library writes here.
 #include "sorvinresultdata.h"
 #include "testcompat.h"
+#include "transmissionbuilder.h"
 
 #include <QFile>
 #include <QProcess>
@@ -12,15 +13,6 @@ using namespace SorvinResultDataXml;
 namespace {
 
 const char* const kSchema = DTV_SOURCE_DIR "/docs/result-data.xsd";
-const char* const kPage = DTV_SOURCE_DIR "/docs/result-data.md";
-
-QDateTime Utc(qint64 ms)
-{
-    QDateTime time;
-    time.setTimeSpec(Qt::UTC);
-    time.setMSecsSinceEpoch(ms);
-    return time;
-}
 
 QString Units(std::initializer_list<ushort> units)
 {
@@ -30,25 +22,16 @@ QString Units(std::initializer_list<ushort> units)
     return text;
 }
 
-QString Example()
-{
-    QFile page(QString::fromUtf8(kPage));
-    page.open(QIODevice::ReadOnly);
-    return QString::fromUtf8(page.readAll()).section("```xml\n", 1).section("```", 0, 0);
-}
-
 /// What xmllint says about \a xml; empty when it is valid.
 QString Validate(const QString& xml)
 {
     QProcess lint;
-    lint.start("xmllint", QStringList() << "--nonet"
-                                        << "--noout"
-                                        << "--huge"
-                                        << "--schema" << kSchema << "-");
+    const QStringList options = QString("--nonet --noout --huge - --schema").split(' ');
+    lint.start("xmllint", QStringList(options) << kSchema);
     lint.write(xml.toUtf8());
     lint.closeWriteChannel();
     if (!lint.waitForFinished())
-        return QString("xmllint cannot be run: ") + lint.errorString();
+        return "xmllint cannot be run: " + lint.errorString();
     return lint.exitCode() == 0 ? QString() : QString::fromUtf8(lint.readAllStandardError());
 }
 
@@ -72,15 +55,15 @@ DataBlock* MakeBlock(const QString& text, const QDateTime& time, int number)
     return block;
 }
 
-/// Result, whether the start time is known, and each block's channel, stamps and content.
+/// Result, start time in milliseconds if it is known, and each block's channel, stamps and content.
 QString Print(const QString& xml)
 {
     Transmission t;
-    t.SetStartTime(Utc(1));
+    t.SetStartTime(UtcTime(1));
     t.AddDataBlock(new DataBlock(99));
     QString line = QLatin1String(t.SetXmlString(xml) ? "true" : "false");
     if (t.GetStartTime().isValid())
-        line += QString(" started");
+        line += QString(" %1ms").arg(TestStart().msecsTo(t.GetStartTime()));
     for (const DataBlock* block : t.GetDataBlock()) {
         line += QString(" %1").arg(block->GetChannel());
         for (const TimeStamp& stamp : block->GetTimeStamp())
@@ -92,17 +75,17 @@ QString Print(const QString& xml)
 
 } // namespace
 
-class TestResultData : public QObject
+class tst_resultdata : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void RoundTrip_data()
+    void roundTrip_data()
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QDateTime>("time");
         QTest::addColumn<int>("number");
-        const QDateTime now = Utc(1769860800123);
+        const QDateTime now = UtcTime(1769860800123);
         const QDateTime offset = QDateTime::fromString("2026-01-31T12:00:00+09:30", Qt::ISODate);
         QString all;
         for (int unit = 0; unit <= 0xFFFF; ++unit)
@@ -120,12 +103,12 @@ private Q_SLOTS:
         QTest::newRow("every-code-unit") << all << now << 1;
         QTest::newRow("beyond-bmp-and-rtl")
             << QString::fromUtf8("\xF0\x9F\x98\x80 \xD7\xA9\xD7\x9C") << now << -7;
-        QTest::newRow("beyond-year-9999") << "alpha" << Utc(Q_INT64_C(253402300800001)) << 1;
+        QTest::newRow("beyond-year-9999") << "alpha" << UtcTime(Q_INT64_C(253402300800001)) << 1;
         QTest::newRow("offset-from-utc") << "alpha" << offset << 1;
         QTest::newRow("invalid-time") << "alpha" << QDateTime(QDate(2026, 2, 30), QTime(1, 0)) << 1;
     }
 
-    void RoundTrip()
+    void roundTrip()
     {
         QFETCH(QString, text);
         QFETCH(QDateTime, time);
@@ -154,29 +137,34 @@ private Q_SLOTS:
         DataBlock own;
         QVERIFY(own.SetXmlString(block.GetXmlString()));
         QVERIFY(own == block);
-        own.GetUserData().at(1)->SetModifier(QString(), Utc(1));
+        own.GetUserData().at(1)->SetModifier(QString(), UtcTime(1));
         QVERIFY(own != block);
     }
 
-    void ExampleOfTheDocumentation()
+    void exampleOfTheDocumentation()
     {
-        const QString example = Example();
+        QFile page(DTV_SOURCE_DIR "/docs/result-data.md");
+        QVERIFY(page.open(QIODevice::ReadOnly));
+        const QString text = QString::fromUtf8(page.readAll());
+        const QString example = text.section("```xml\n", 1).section("```", 0, 0);
         QCOMPARE(Validate(example), QString());
         SorvinResultData data;
         QVERIFY(data.SetXmlString(example));
         QCOMPARE(data.GetTransmission().size(), 2);
-        QCOMPARE(data.GetTransmission().at(0)->GetStopTime(), Utc(1769860804250));
+        QCOMPARE(data.GetTransmission().at(0)->GetStopTime(), UtcTime(1769860804250));
         const DataBlock& block = *data.GetTransmission().at(0)->GetDataBlock().at(0);
-        QCOMPARE(block.GetContent(), QString("CQ CQ DE TEST1 <AR>\n"));
-        QCOMPARE(block.GetUserData().at(1)->oldText, QString("EQ"));
+        QCOMPARE(block.GetContent(), "CQ CQ DE TEST1 <AR>\n");
+        QCOMPARE(block.GetUserData().at(1)->oldText, "EQ");
     }
 
-    void Input_data()
+    void input_data()
     {
         QTest::addColumn<QString>("xml");
         QTest::addColumn<QString>("printed");
         const QString block = "<Transmission><DataBlock channel='1'/>";
         const QString end = "</Transmission>";
+        const QDateTime midnight(QDate(2026, 1, 31), QTime(0, 0));
+        const QString start = "<Transmission start='%1'/>";
         // clang-format off
         QTest::newRow("unknown-names") << block + "<New a='1'><DataBlock/></New><DataBlock new='1'><Content>a<b>x</b>c</Content></DataBlock>" + end << "true 1: -1:ac";
         QTest::newRow("any-order") << block + "<DataBlock><Content>a</Content><TimeStamp position='3'/><Content>b</Content></DataBlock>" + end << "true 1: -1@3:ab";
@@ -186,25 +174,30 @@ private Q_SLOTS:
         QTest::newRow("wrong-end-tag") << block + "<DataBlock><Content>a</DataBlock>" + end << "false 1:";
         QTest::newRow("null-character") << block + QChar(0) + end << "false 1:";
         QTest::newRow("error-behind-a-whole-block") << block + "<!--x--><a" << "false 1:";
-        QTest::newRow("declaration-and-mark") << QString(QChar(0xFEFF)) + "<?xml version='1.0' encoding='UTF-16'?>\n<Transmission start='2026-01-31'/>\n" << "true started";
+        QTest::newRow("declaration-and-mark") << QString(QChar(0xFEFF)) + "<?xml version='1.0' encoding='UTF-16'?>\n<Transmission start='2026-01-31'/>\n" << QString("true %1ms").arg(TestStart().msecsTo(midnight));
         QTest::newRow("document-type") << "<!DOCTYPE a [<!ENTITY x 'y'>]><Transmission/>" << "false";
+        QTest::newRow("offset-west") << start.arg("2026-01-31T08:30:00.007-0330") << "true 7ms";
         // clang-format on
+        for (const char* bad : {"", "2026-02-29T00:00:00.000Z", "2026-01-31T24:00:00.000Z",
+                                "2026-01-31T12:00:00.000Zx", "999999999-01-01T00:00:00.000Z"}) {
+            QTest::newRow(qPrintable(QString("no-time-") + bad)) << start.arg(bad) << "true";
+        }
     }
-    void Input()
+    void input()
     {
         QFETCH(QString, xml);
         QTEST(Print(xml), "printed");
     }
 
-    void CutAnywhere()
+    void cutAnywhere()
     {
         SorvinResultData whole;
         for (int i = 0; i < 3; ++i) {
             whole.AddTransmission(new Transmission);
-            whole.GetTransmission().at(i)->SetStartTime(Utc(i));
+            whole.GetTransmission().at(i)->SetStartTime(UtcTime(i));
             for (int j = 0; j < 2; ++j) {
                 whole.GetTransmission().at(i)->AddDataBlock(
-                    MakeBlock(QString::fromUtf8("\xC3\xA4</>\""), Utc(j), j));
+                    MakeBlock(QString::fromUtf8("\xC3\xA4</>\""), UtcTime(j), j));
             }
         }
         const QString xml = whole.GetXmlString();
@@ -218,7 +211,7 @@ private Q_SLOTS:
             int blocks = 0;
             for (int i = 0; i < read.GetTransmission().size(); ++i) {
                 const Transmission& transmission = *read.GetTransmission().at(i);
-                QCOMPARE(transmission.GetStartTime(), Utc(i));
+                QCOMPARE(transmission.GetStartTime(), UtcTime(i));
                 for (int j = 0; j < transmission.GetDataBlock().size(); ++j, ++blocks) {
                     QVERIFY(*transmission.GetDataBlock().at(j) ==
                             *whole.GetTransmission().at(i)->GetDataBlock().at(j));
@@ -228,7 +221,7 @@ private Q_SLOTS:
         }
     }
 
-    void DeepAndLong()
+    void deepAndLong()
     {
         const int kDepth = 300000;
         const QString open = QString("<a>").repeated(kDepth);
@@ -241,43 +234,22 @@ private Q_SLOTS:
         QCOMPARE(t.GetDataBlock().size(), 20000);
     }
 
-    void Frames()
+    void frames()
     {
         DataBlock block(5, 100, 0);
         block.EndFrame();
         for (int i = 0; i < 3; ++i) {
-            block.SetTimeStamp(Utc(i));
+            block.SetTimeStamp(UtcTime(i));
             block.BeginFrame();
             block.AppendData(QString(i, 'x') + "y");
             block.EndFrame();
         }
-        QCOMPARE(block.GetContent(), QString("yxyxxy"));
-        const TimeStamp last = {Utc(2), 103, 0, 0, 100};
+        QCOMPARE(block.GetContent(), "yxyxxy");
+        const TimeStamp last = {UtcTime(2), 103, 0, 0, 100};
         QCOMPARE(block.GetTimeStamp().size(), 3);
         QVERIFY(block.GetTimeStamp().at(2) == last);
     }
-
-    void Times_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QDateTime>("time");
-        const QDateTime noon = Utc(1769860800000);
-        QTest::newRow("offset-west") << "2026-01-31T08:30:00-0330" << noon;
-        for (const char* bad : {"", "2026-02-29T00:00:00.000Z", "2026-01-31T24:00:00.000Z",
-                                "2026-01-31T12:00:00.000Zx", "999999999-01-01T00:00:00.000Z"}) {
-            QTest::newRow(qPrintable(QString("no-time-") + bad)) << bad << QDateTime();
-        }
-    }
-    void Times()
-    {
-        QFETCH(QString, text);
-        QFETCH(QDateTime, time);
-        Transmission t;
-        QVERIFY(t.SetXmlString(QString("<Transmission start='%1'/>").arg(text)));
-        QCOMPARE(t.GetStartTime().isValid(), time.isValid());
-        QCOMPARE(CompareTimes(t.GetStartTime(), time), 0);
-    }
 };
 
-QTEST_GUILESS_MAIN(TestResultData)
+QTEST_GUILESS_MAIN(tst_resultdata)
 #include "tst_resultdata.moc"

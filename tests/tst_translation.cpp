@@ -28,38 +28,34 @@ class TestTranslation : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void complete();
-    void inUse();
-};
-
-void TestTranslation::complete()
-{
-    const QTemporaryDir scratch;
-    for (const char* file : {kLibrary, kProgram}) {
-        const QString found = scratch.filePath(QFileInfo(L(file)).fileName());
-        const QString folder = QFileInfo(L(file)).path() + L("/..");
-        QProcess::execute(L(DTV_LUPDATE), QStringList() << folder << L("-ts") << found);
-        const QMap<QString, QString> texts = Load(L(file));
-        // What has no context is the library's to translate, wherever it is shown.
-        const QRegularExpression own(L(file == kProgram ? "^[^|]" : "."));
-        QCOMPARE(QStringList(texts.keys()), QStringList(Load(found).keys()).filter(own));
-        for (const QString& key : texts.keys()) {
-            QVERIFY2(!texts[key].isEmpty(), qPrintable(key));
-            for (const char* mark : {"%1", "%2", "&amp;", "...", "&lt;"}) {
-                QVERIFY2(texts[key].count(L(mark)) == key.count(L(mark)), qPrintable(key));
+    void complete()
+    {
+        const QTemporaryDir scratch;
+        for (const char* file : {kLibrary, kProgram}) {
+            const QString found = scratch.filePath(QFileInfo(L(file)).fileName());
+            const QString folder = QFileInfo(L(file)).path() + L("/..");
+            QProcess::execute(L(DTV_LUPDATE), QStringList() << folder << L("-ts") << found);
+            const QMap<QString, QString> texts = Load(L(file));
+            // What has no context is the library's to translate, wherever it is shown.
+            const QRegularExpression own(L(file == kProgram ? "^[^|]" : "."));
+            QCOMPARE(QStringList(texts.keys()), QStringList(Load(found).keys()).filter(own));
+            for (const QString& key : texts.keys()) {
+                QVERIFY2(!texts[key].isEmpty(), qPrintable(key));
+                for (const char* mark : {"%1", "%2", "&amp;", "...", "&lt;"}) {
+                    QVERIFY2(texts[key].count(L(mark)) == key.count(L(mark)), qPrintable(key));
+                }
             }
         }
     }
-}
 
-void TestTranslation::inUse()
-{
-    const QString label = QCoreApplication::translate("", "Delete Call Sign");
-    QCOMPARE(label, QString::fromUtf8("Rufzeichen löschen"));
-    QProcess program;
-    program.start(L(DTV_HOST_PROGRAM), QStringList(L("--help")));
-    QVERIFY(program.waitForFinished() && program.readAll().contains("Kanal für Kanal"));
-}
+    void inUse()
+    {
+        QCOMPARE(QCoreApplication::translate("", "Delete Call Sign"), "Rufzeichen löschen");
+        QProcess program;
+        program.start(L(DTV_HOST_PROGRAM), QStringList(L("--help")));
+        QVERIFY(program.waitForFinished() && program.readAll().contains("Kanal für Kanal"));
+    }
+};
 
 QTEST_MAIN(TestTranslation)
 #include "tst_translation.moc"

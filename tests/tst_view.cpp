@@ -11,6 +11,7 @@
 #include "loadinterface.h"
 #include "metaobject.h"
 #include "recordingconfig.h"
+#include "rowtable.h"
 #include "signalrecorder.h"
 #include "sorvinresultdata.h"
 #include "transmissionbuilder.h"
@@ -24,6 +25,8 @@
 #include <QTimer>
 
 namespace {
+
+const char* const kRemovals[] = {"channel", "reset", "view"};
 
 QString Xml(int channel, const QString& text)
 {
@@ -93,26 +96,26 @@ private Q_SLOTS:
     void methods()
     {
         QCOMPARE(DeclaredMethods(DecodedTextView::staticMetaObject),
-                 QString("NewTransmission(); SaveUserData(int,QString) channel,xmlText; "
-                         "ApplyAlphabet(QString) alphabet; AddTransmission(QString) xmlText; "
-                         "ChannelCreated(int) channel; ShowChannel(int) channel; UpdateLayout(); "
-                         "SetBufferSize(int) maxChars; SetMorse(bool) bMorse; "
-                         "EnableUserData(bool) enable; SetQualityThreshold(int) threshold; "
-                         "EndTransmission(); DefineCallSign(QString) sign; "
-                         "SelectCallSign(QString) sign; ShowContextMenu(QPoint) pt; Reset(); "
-                         "ApplyUserChannel(bool) bAutoApply"));
+                 "NewTransmission(); SaveUserData(int,QString) channel,xmlText; "
+                 "ApplyAlphabet(QString) alphabet; AddTransmission(QString) xmlText; "
+                 "ChannelCreated(int) channel; ShowChannel(int) channel; UpdateLayout(); "
+                 "SetBufferSize(int) maxChars; SetMorse(bool) bMorse; "
+                 "EnableUserData(bool) enable; SetQualityThreshold(int) threshold; "
+                 "EndTransmission(); DefineCallSign(QString) sign; "
+                 "SelectCallSign(QString) sign; ShowContextMenu(QPoint) pt; Reset(); "
+                 "ApplyUserChannel(bool) bAutoApply");
     }
 
     void panelsStandInOrder()
     {
         DecodedTextView view(nullptr);
-        QCOMPARE(Shown(view), QString("'Waiting for valid data'"));
+        QCOMPARE(Shown(view), "'Waiting for valid data'");
         view.DefineChannelName(3, "Three");
         view.RemoveChannel(0); // made by the naming
         for (int channel : {5, 1, 3}) {
             view.AddTransmission(Xml(channel, "text"));
         }
-        QCOMPARE(Shown(view), QString("Channel 1, Three, Channel 5+"));
+        QCOMPARE(Shown(view), "Channel 1, Three, Channel 5+");
         view.ShowChannel(1);
         // The Tab key takes buttons and texts in that order, and all tell their channel's name.
         QStringList tabs;
@@ -123,15 +126,15 @@ private Q_SLOTS:
                             (next->inherits("QPushButton") ? "" : "+"));
             }
         }
-        QCOMPARE(tabs.join(", "), QString("Channel 1, Channel 1+, Three, Channel 5, Channel 5+"));
+        QCOMPARE(tabs.join(", "), "Channel 1, Channel 1+, Three, Channel 5, Channel 5+");
         view.RemoveChannel(5);
-        QCOMPARE(Shown(view), QString("Channel 1+, Three"));
+        QCOMPARE(Shown(view), "Channel 1+, Three");
         Panel(view, 1)->ToggleTextArea();
         view.AddTransmission(Xml(5, "text"));
-        QCOMPARE(Shown(view), QString("Channel 1, Three, '', Channel 5"));
+        QCOMPARE(Shown(view), "Channel 1, Three, '', Channel 5");
         ModelOf(view).ShowUserChannel();
         view.DefineChannelName(5, "Five");
-        QCOMPARE(Shown(view), QString("Channel 0, Channel 1, Three, Five, User+"));
+        QCOMPARE(Shown(view), "Channel 0, Channel 1, Three, Five, User+");
         view.EnableUserData(false);
         QVERIFY(!ModelOf(view).ChannelExists(1000) && Shown(view).endsWith("Five, ''"));
         view.Reset();
@@ -176,13 +179,11 @@ private Q_SLOTS:
         config->values["QualityThreshold"] = "101";
         {
             DecodedTextView view(nullptr);
-            QCOMPARE(config->Take(),
-                     QString("BufferSize?10000 QualityThreshold?80 InfoAreaWidth?50 "
-                             "ForegroundColor?Black BackgroundColor?White"));
+            QCOMPARE(config->Take(), "BufferSize?10000 QualityThreshold?80 InfoAreaWidth?50 "
+                                     "ForegroundColor?Black BackgroundColor?White");
             view.Save();
-            QCOMPARE(config->Take(),
-                     QString("BufferSize=1000 QualityThreshold=100 InfoAreaWidth=50 "
-                             "ForegroundColor=Black BackgroundColor=White"));
+            QCOMPARE(config->Take(), "BufferSize=1000 QualityThreshold=100 InfoAreaWidth=50 "
+                                     "ForegroundColor=Black BackgroundColor=White");
         } // once more, with nothing changed in between
         QCOMPARE(config->Take(), QString());
     }
@@ -196,16 +197,10 @@ private Q_SLOTS:
         QCOMPARE(config->Take(), QString());
     }
 
-    void hostRemovesInsideASignal_data()
-    {
-        QTest::addColumn<QString>("act");
-        for (const char* act : {"channel", "reset", "view"}) {
-            QTest::newRow(act) << QString(act);
-        }
-    }
+    void hostRemovesInsideASignal_data() { AddRows(kRemovals); }
     void hostRemovesInsideASignal()
     {
-        QFETCH(QString, act);
+        const QString act = QTest::currentDataTag();
         QScopedPointer<DecodedTextView> view(new DecodedTextView(nullptr));
         view->AddTransmission(Xml(1, "alpha beta"));
         const QPointer<DecodedTextChannel> panel = Panel(*view, 1);
@@ -217,7 +212,7 @@ private Q_SLOTS:
             }
             act == "reset" ? view->Reset() : view->RemoveChannel(1);
             QVERIFY2(panel && !panel->parentWidget(), "the text area is on the stack");
-            QCOMPARE(Shown(*view), QString("'Waiting for valid data'"));
+            QCOMPARE(Shown(*view), "'Waiting for valid data'");
         };
         panel->GetContent()->selectAll();
         panel->GetContent()->SelectCallSign("KILO", true);
@@ -249,7 +244,7 @@ private Q_SLOTS:
             QVERIFY(!MakeInstance(&Throwing, what));
         }
         QCOMPARE(ErrorHandler::GetExceptions().size(), std::size_t(2));
-        QCOMPARE(ErrorHandler::GetExceptions().front().GetMessage(), QString("mine"));
+        QCOMPARE(ErrorHandler::GetExceptions().front().GetMessage(), "mine");
     }
 
 private:

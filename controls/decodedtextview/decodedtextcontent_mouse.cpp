@@ -147,6 +147,7 @@ void DecodedTextContent::dropEvent(QDropEvent* event)
     const int docPos = word.position();
     word.movePosition(QTextCursor::StartOfWord);
     word.movePosition(QTextCursor::EndOfWord, QTextCursor::KeepAnchor);
+    setTextCursor(word);
     // Among blanks the nearest word in front is found, which is not what was pointed at.
     const bool onWord = word.hasSelection() && docPos <= word.selectionEnd();
     const int mask = CheckRange(word.selectionStart(), word.selectionEnd());
@@ -161,7 +162,6 @@ void DecodedTextContent::dropEvent(QDropEvent* event)
     if (!onWord || !dragged || text.trimmed().isEmpty()) {
         return;
     }
-    setTextCursor(word);
     UserData moved(*dragged);
     moved.text = text;
     // If it can't be taken away from its old place, it must not appear at a second one.

@@ -43,25 +43,36 @@ inline QString AddMerged(DecodedTextData& model, const QString& xml)
     return recorder.calls.isEmpty() ? QString() : recorder.calls.last();
 }
 
-/// Stores an annotation in the newest merged block; \a text is a change's new text.
-inline void StoreMerged(DecodedTextData& model, const QString& type, int from, int to,
-                        const QString& text)
+/// The newest block of a channel, null when it has none.
+inline DecodedTextBlockPtr Newest(DecodedTextData& model, int channel)
 {
-    const DecodedTextBlockPtr merged = model.GetChannelData(0)->GetLastBlock();
-    SorvinResultDataXml::UserData* annotation = new SorvinResultDataXml::UserData;
-    annotation->type = type;
-    annotation->start = from;
-    annotation->end = to;
-    annotation->callSign = type == SorvinResultDataXml::UserData::CallSignType ? text : QString();
-    annotation->comment = type == SorvinResultDataXml::UserData::CommentType ? text : QString();
+    return model.GetChannelData(channel)->GetLastBlock();
+}
+
+/// Stores an annotation; \a text is a change's new text, \a old what it replaces unless that is
+/// what stands there. False when it was refused.
+inline bool Store(DecodedTextData& model, const DecodedTextBlockPtr& block, const QString& type,
+                  int from, int to, const QString& text, const QString* old = nullptr)
+{
+    SorvinResultDataXml::UserData* annotation = Annotation(type, from, to, text);
+    annotation->SetModifier(model.GetModifier(), TestStart());
     if (type == SorvinResultDataXml::UserData::ChangeType) {
-        annotation->text = text;
-        annotation->oldText = merged->GetText(from, to);
-        annotation->end = from + static_cast<int>(text.size());
+        qSwap(annotation->comment, annotation->text);
+        annotation->oldText = old ? *old : block->GetText(from, to);
+        annotation->end = from + Length(text);
     }
-    if (!model.SetUserData(merged, annotation, type, from, to)) {
+    const bool stored = model.SetUserData(block, annotation, type, from, to);
+    if (!stored) {
         delete annotation;
     }
+    return stored;
+}
+
+/// Stores an annotation in the newest merged block.
+inline bool StoreMerged(DecodedTextData& model, const QString& type, int from, int to,
+                        const QString& text)
+{
+    return Store(model, Newest(model, 0), type, from, to, text);
 }
 
 #endif

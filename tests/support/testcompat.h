@@ -26,6 +26,17 @@
 #define QTRY_VERIFY(condition) QTRY_COMPARE(bool(condition), true)
 #endif
 
+#ifndef QT_MESSAGELOG_FILE // the oldest Qt compares equal types only
+namespace QTest {
+template <int size>
+bool qCompare(const QString& actual, const char (&expected)[size], const char* actualText,
+              const char* expectedText, const char* file, int line)
+{
+    return qCompare(actual, QString::fromUtf8(expected), actualText, expectedText, file, line);
+}
+} // namespace QTest
+#endif
+
 /// "name(types)" of a signal or slot, by the older spelling where the newer one does not exist.
 template <typename Method>
 auto MethodSignature(const Method& method, int) -> decltype(method.methodSignature())
