@@ -17,6 +17,7 @@ const char* const kTrims[] = {
     "a character more than that ;; 101 1000 ;;  ;; 1000 ;; false",
     "whole snippets go ;; 350 900 ;;  ;; 151 900 ;; false",
     "blocks older than the cut go ;; 500 500 900 ;;  ;; 101 900 ;; false",
+    "what is just allowed stays whole ;; 300 1100 ;;  ;; 1100 ;; false",
     "empty blocks go ;; 0 100 0 ;;  ;; 100 ;; false",
     "held, half more is allowed ;; 0 600 900 ;; hold ;; 0 600 900 ;; false",
     "held, a character more than that ;; 601 900 ;; hold ;; 601 900 ;; true",
@@ -115,6 +116,10 @@ private Q_SLOTS:
         QCOMPARE(recorder.Take(), "DataChanged(1,true)");
         feed(1513, 2); // trimming is back
         QVERIFY(Print(*buffer).startsWith("[0,500)gap'\\n' [500,600)'xx"));
+        QCOMPARE(recorder.Take(), "DataChanged(1,true)");
+        feed(1515, 150);
+        recorder.Take();
+        feed(2000000000, 5); // refused, but the oldest text went before
         QCOMPARE(recorder.Take(), "DataChanged(1,true)");
     }
 
