@@ -36,14 +36,14 @@ QTextCursor FindIn(QTextDocument* document, const QString& sought, int docPos, b
     return from < 0 ? QTextCursor() : HitMarks::Selected(document, from, from + length);
 }
 
-QPushButton* AddButton(QWidget* bar, const QString& label, const char* slot)
+void AddButton(QWidget* bar, const QString& label, const QString& description, const char* slot)
 {
     QPushButton* const button = new QPushButton(label, bar);
+    button->setAccessibleDescription(description);
     // Return presses the one with the keyboard focus.
     button->setAutoDefault(true);
     QObject::connect(button, SIGNAL(clicked()), bar, slot);
     bar->layout()->addWidget(button);
-    return button;
 }
 
 } // namespace
@@ -61,13 +61,15 @@ FindBar::FindBar(TextAreas* textAreas, QWidget* parent)
     label->setBuddy(text);
     text->setObjectName(QLatin1String("FindText"));
     text->setAccessibleName(tr("Text to find"));
+    text->setAccessibleDescription(tr("Looked for in all open texts"));
+    count->setAccessibleName(tr("Number of hits"));
     count->setObjectName(QLatin1String("FindCount"));
     layout->addWidget(label);
     layout->addWidget(text, 1);
     layout->addWidget(count);
-    AddButton(this, tr("&Next"), SLOT(FindNext()));
-    AddButton(this, tr("&Previous"), SLOT(FindPrevious()));
-    AddButton(this, tr("Close"), SLOT(Close()));
+    AddButton(this, tr("&Next"), tr("Goes to the next hit"), SLOT(FindNext()));
+    AddButton(this, tr("&Previous"), tr("Goes to the hit before"), SLOT(FindPrevious()));
+    AddButton(this, tr("Close"), tr("Closes the find bar and takes the marks away"), SLOT(Close()));
     markTimer.setSingleShot(true);
     connect(&markTimer, SIGNAL(timeout()), this, SLOT(Mark()));
     connect(text, SIGNAL(textChanged(QString)), this, SLOT(MarkSoon()));

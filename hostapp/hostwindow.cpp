@@ -100,6 +100,7 @@ void HostWindow::BuildStatusBar()
     failureLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     progress->setFixedWidth(kProgressWidth);
     progress->setAccessibleName(tr("Progress of reading"));
+    progress->setAccessibleDescription(tr("How much of the recording is read"));
     progress->hide();
     heldLabel->setObjectName(QLatin1String("HeldLabel"));
     statusBar()->addWidget(inputLabel);

@@ -244,6 +244,22 @@ private Q_SLOTS:
         QTRY_VERIFY(!Areas().first()->toPlainText().contains("MV LINDEN BAY"));
     }
 
+    /// What a screen reader says of it.
+    void everyControlIsDescribed()
+    {
+        int controls = 0;
+        for (const QWidget* control : window->findChildren<QWidget*>()) {
+            if (control->focusPolicy() & Qt::TabFocus || control->inherits("QProgressBar")) {
+                const QString name =
+                    control->accessibleName() + control->property("text").toString();
+                const char* const kind = control->metaObject()->className();
+                QVERIFY2(!name.isEmpty() && !control->accessibleDescription().isEmpty(), kind);
+                ++controls;
+            }
+        }
+        QVERIFY(controls > 10);
+    }
+
     void everyCommandHasItsOwnKey()
     {
         QSet<QString> keys;

@@ -88,6 +88,26 @@
         <source>&quot;%1&quot; not found</source>
         <translation>„%1“ nicht gefunden</translation>
     </message>
+    <message>
+        <source>Looked for in all open texts</source>
+        <translation>Wird in allen offenen Texten gesucht</translation>
+    </message>
+    <message>
+        <source>Number of hits</source>
+        <translation>Anzahl der Fundstellen</translation>
+    </message>
+    <message>
+        <source>Goes to the next hit</source>
+        <translation>Geht zur nächsten Fundstelle</translation>
+    </message>
+    <message>
+        <source>Goes to the hit before</source>
+        <translation>Geht zur vorigen Fundstelle</translation>
+    </message>
+    <message>
+        <source>Closes the find bar and takes the marks away</source>
+        <translation>Schließt die Suchleiste und entfernt die Markierungen</translation>
+    </message>
 </context>
 <context>
     <name>HostMenus</name>
@@ -425,6 +445,10 @@ FILE ist eine Aufzeichnung (Ergebnisdaten als XML) oder ein Strom von Aussendung
     <message>
         <source>Exported to %1</source>
         <translation>Nach %1 exportiert</translation>
+    </message>
+    <message>
+        <source>How much of the recording is read</source>
+        <translation>Wie viel von der Aufzeichnung gelesen ist</translation>
     </message>
 </context>
 <context>
