@@ -238,7 +238,6 @@ private:
     bool PlanAppend(const DataBlock& dataBlock, bool suppress, AppendPlan& plan) const;
     int CutPositionFor(int firstStreamPos, int expectedStreamPos) const;
     int LastEndBefore(int snippetIndex) const;
-    void AppendSnippets(const AppendPlan& plan, const QString& content);
 
     void TextChangedFrom(int index);
     int BlankRunStart(int index) const;

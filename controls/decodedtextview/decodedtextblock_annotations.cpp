@@ -208,11 +208,7 @@ void DecodedTextBlock::ImportUserData(const QVector<UserData*>& list, int offset
             userDataOrdered = false;
         }
         userData.append(copy);
-        if (IsLongAnnotation(*copy)) {
-            longUserData.append(copy);
-        } else {
-            widestIndexed = qMax(widestIndexed, copy->end - copy->start);
-        }
+        AddToIndex(copy);
         UserDataChanged();
     }
 }
@@ -318,9 +314,7 @@ bool DecodedTextBlock::StandsOnText(int from, int to) const
         if (snippet.start > to) {
             break;
         }
-        const bool shares = from < to ? RangesShare(from, to, snippet.start, snippet.end)
-                                      : snippet.start < from && from < snippet.end;
-        if (snippet.IsGap() && shares) {
+        if (snippet.IsGap() && CutsInto(from, to, snippet.start, snippet.end)) {
             return false;
         }
         touchesText = touchesText || !snippet.IsGap();
@@ -347,9 +341,7 @@ bool DecodedTextBlock::CanStore(const UserData* annotation, const QString& type,
     qint64 reverted = 0;
     for (const UserData* change : earlier) {
         const bool contained = from <= change->start && change->end <= to;
-        const bool cutsIn = from < to ? RangesShare(from, to, change->start, change->end)
-                                      : change->start < from && from < change->end;
-        if (cutsIn && !contained) {
+        if (!contained && CutsInto(from, to, change->start, change->end)) {
             return false;
         }
         const int delta = RevertDelta(*change);

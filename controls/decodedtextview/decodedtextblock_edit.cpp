@@ -19,11 +19,6 @@ using namespace DecodedTextCoordinates;
 
 namespace {
 
-bool StartsEarlier(const SorvinResultDataXml::UserData* a, const SorvinResultDataXml::UserData* b)
-{
-    return a->start < b->start;
-}
-
 /// The written rule for a snippet [s, e) under a change of [from, to]: how much of \a remainder it
 /// takes.
 int ShareOf(const DecodedTextSnippet& snippet, int from, int to, int remainder)

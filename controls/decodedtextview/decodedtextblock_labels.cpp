@@ -131,8 +131,7 @@ bool DecodedTextBlock::IsSeparatorChanged(int start, int end) const
     QVector<UserData*> changes;
     CollectUserData(UserData::ChangeType, start, end, changes);
     for (const UserData* change : changes) {
-        if (RangesShare(start, end, change->start, change->end) ||
-            (change->start == change->end && start < change->start && change->start < end)) {
+        if (CutsInto(change->start, change->end, start, end)) {
             return true;
         }
     }

@@ -22,6 +22,12 @@ inline bool IsLabel(const SorvinResultDataXml::UserData& annotation)
            annotation.channel >= 1;
 }
 
+inline bool StartsEarlier(const SorvinResultDataXml::UserData* a,
+                          const SorvinResultDataXml::UserData* b)
+{
+    return a->start < b->start;
+}
+
 /// Deletes the annotations with start <= \a to and end >= \a from for which \a goes answers true.
 /// Costs what lies in the range.
 template <typename Predicate>

@@ -121,7 +121,6 @@ public:
     bool IsDialogOpen() const { return dialogOpen; }
     bool IsColorCoding() const { return colorCoding; }
     bool IsTooltipWithTime() const { return tooltipWithTime; }
-    bool IsEditable() const { return editable; }
     /// Whether the view stays at the reader's place instead of following the newest text.
     bool IsHeldByReader() const { return hasFocus() || dialogOpen; }
 
@@ -233,7 +232,7 @@ private:
     void FinishAnnotation();
     void ClearSelection();
     void FollowText(DecodedTextLayoutItem& range, const DecodedTextRangeAnchor& anchor) const;
-    void FollowSelection();
+    bool FollowSelection();
     QString ToolTipAt(const QPoint& pos);
     /// The last line of a paragraph that begins at or above \a y, counted from its top; 0 above
     /// all.

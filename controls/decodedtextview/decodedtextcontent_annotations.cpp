@@ -7,6 +7,8 @@
 // like a finished transmission. Texts come from the block, never from the document, which shows
 // some characters by stand-ins.
 
+#include "decodedtextblock_userdata.h"
+#include "decodedtextcommonends.h"
 #include "decodedtextcontent.h"
 #include "decodedtextdata.h"
 #include "decodedtextguards.h"
@@ -29,11 +31,6 @@ namespace {
 
 const char kDeletedSection[] =
     "[...deleted...]"; ///< what the host's other programs look for; not translated
-
-bool StartsEarlier(const UserData* a, const UserData* b)
-{
-    return a->start < b->start;
-}
 
 /// The comments with one blank in between; one that repeats the comment before it is left out.
 QString JoinComments(const QVector<UserData*>& annotations)
@@ -69,19 +66,10 @@ QString KeepUntouched(const QString& text, const QString& shown, const QString& 
     if (edited == shown) {
         return text;
     }
-    const int shorter = static_cast<int>(qMin(shown.size(), edited.size()));
-    int front = 0;
-    while (front < shorter && shown.at(front) == edited.at(front)) {
-        ++front;
-    }
-    int back = 0;
-    while (back < shorter - front &&
-           shown.at(shown.size() - 1 - back) == edited.at(edited.size() - 1 - back)) {
-        ++back;
-    }
-    return text.left(CountBehindField(text, front)) +
-           edited.mid(front, edited.size() - front - back) +
-           text.mid(CountBehindField(text, static_cast<int>(shown.size()) - back));
+    const DecodedTextCommonEnds same(shown, edited);
+    return text.left(CountBehindField(text, same.front)) +
+           edited.mid(same.front, edited.size() - same.front - same.back) +
+           text.mid(CountBehindField(text, static_cast<int>(shown.size()) - same.back));
 }
 
 void RemoveHelpButton(QDialog* dialog)
@@ -112,6 +100,20 @@ void NameFields(QDialog* dialog, const QString& name, const QString& description
     for (QComboBox* field : dialog->findChildren<QComboBox*>()) {
         NameField(field, name, description);
     }
+}
+
+/// Runs \a dialog and deletes it. False when there is nothing to store: it was cancelled, left
+/// empty, or destroyed with its text area.
+bool Ask(QInputDialog* dialog, QString& answer)
+{
+    const QPointer<QInputDialog> running(dialog);
+    const bool accepted = dialog->exec() == QDialog::Accepted;
+    if (!running) {
+        return false;
+    }
+    answer = dialog->textValue();
+    delete dialog;
+    return accepted && !answer.isEmpty();
 }
 
 struct ChangeFields
@@ -213,12 +215,14 @@ void DecodedTextContent::FollowText(DecodedTextLayoutItem& range,
     }
 }
 
-void DecodedTextContent::FollowSelection()
+/// Takes the selection range up again; whether its text is still there.
+bool DecodedTextContent::FollowSelection()
 {
     FollowText(selectionRange, selectionAnchor);
     if (selectionRange.block) {
         selectionAnchor.Set(selectionRange);
     }
+    return static_cast<bool>(selectionRange.block);
 }
 
 void DecodedTextContent::ClearSelection()
@@ -247,8 +251,7 @@ QVector<UserData*> DecodedTextContent::CollectSelectedUserData(const QString& ty
 
 void DecodedTextContent::EditCallSign()
 {
-    FollowSelection();
-    if (!selectionRange.block || !model) {
+    if (!FollowSelection() || !model) {
         return;
     }
     const DecodedTextDialogGuard guard(this);
@@ -258,20 +261,15 @@ void DecodedTextContent::EditCallSign()
     const int index = found.isEmpty() ? 0 : model->IndexOfCallSign(found.first()->callSign);
     const QStringList known = model->GetCallSigns();
 
-    QPointer<QInputDialog> dialog(new QInputDialog(this));
+    QInputDialog* dialog = new QInputDialog(this);
     PrepareInputDialog(dialog, tr("Define Call Sign"), tr("Type"));
     // In this order: the list decides which field there is, and an editable one takes any text.
     dialog->setComboBoxItems(known);
     dialog->setComboBoxEditable(true);
     dialog->setTextValue(known.value(index));
     NameFields(dialog, tr("Define Call Sign"), tr("The station that the selected text names"));
-    const bool accepted = dialog->exec() == QDialog::Accepted;
-    if (!dialog) {
-        return;
-    }
-    const QString sign = dialog->textValue();
-    delete dialog.data();
-    if (accepted && !sign.isEmpty()) {
+    QString sign;
+    if (Ask(dialog, sign)) {
         selectionRange = range;
         selectionAnchor = anchor;
         ApplyCallSign(sign);
@@ -297,8 +295,7 @@ void DecodedTextContent::ApplyCallSign(const QString& sign)
 
 void DecodedTextContent::InsertComment()
 {
-    FollowSelection();
-    if (!selectionRange.block) {
+    if (!FollowSelection()) {
         return;
     }
     const QPointer<DecodedTextContent> self(this);
@@ -306,18 +303,13 @@ void DecodedTextContent::InsertComment()
     const DecodedTextLayoutItem range = selectionRange;
     const DecodedTextRangeAnchor anchor = selectionAnchor;
 
-    QPointer<QInputDialog> dialog(new QInputDialog(this));
+    QInputDialog* dialog = new QInputDialog(this);
     PrepareInputDialog(dialog, tr("Insert Comment"), tr("Comment"));
     dialog->setTextEchoMode(QLineEdit::Normal);
     dialog->setTextValue(JoinComments(CollectSelectedUserData(UserData::CommentType)));
     NameFields(dialog, tr("Comment"), tr("A remark on the selected text"));
-    const bool accepted = dialog->exec() == QDialog::Accepted;
-    if (!dialog) {
-        return;
-    }
-    const QString comment = dialog->textValue();
-    delete dialog.data();
-    if (!accepted || comment.isEmpty()) {
+    QString comment;
+    if (!Ask(dialog, comment)) {
         return;
     }
     const DecodedTextBusyGuard busyGuard(this);
@@ -345,8 +337,7 @@ void DecodedTextContent::EditSelection()
 
 void DecodedTextContent::RunChangeDialog(const QString& title)
 {
-    FollowSelection();
-    if (!selectionRange.block) {
+    if (!FollowSelection()) {
         return;
     }
     const DecodedTextDialogGuard guard(this);
@@ -447,8 +438,7 @@ void DecodedTextContent::SaveChange(const QString& newText, const QString& old,
 
 void DecodedTextContent::DeleteSection()
 {
-    FollowSelection();
-    if (!selectionRange.block) {
+    if (!FollowSelection()) {
         return;
     }
     QString shown;
@@ -475,8 +465,7 @@ void DecodedTextContent::DeleteSelection()
 
 void DecodedTextContent::DeleteUserDataOf(const QString& type)
 {
-    FollowSelection();
-    if (!selectionRange.block) {
+    if (!FollowSelection()) {
         return;
     }
     const QPointer<DecodedTextContent> self(this);

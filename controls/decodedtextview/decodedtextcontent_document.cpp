@@ -5,10 +5,12 @@
 // for typing. What is asked for meanwhile is remembered and done when the flag is released.
 // Invariant: document and blocks count characters alike; each paragraph with text has its item.
 
+#include "decodedtextcommonends.h"
 #include "decodedtextcontent.h"
 #include "decodedtextdata.h"
 #include "decodedtextguards.h"
 #include "decodedtexthighlighter.h"
+#include "decodedtexttime.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QScrollBar>
@@ -192,8 +194,8 @@ void DecodedTextContent::BuildDocument()
 /// nothing of it is left.
 int DecodedTextContent::TrimmedLength() const
 {
-    const DecodedTextBlockPtr oldest =
-        GetBuffer() ? GetBuffer()->GetFirstBlock() : DecodedTextBlockPtr();
+    const DecodedTextBufferPtr buffer = GetBuffer();
+    const DecodedTextBlockPtr oldest = buffer ? buffer->GetFirstBlock() : DecodedTextBlockPtr();
     if (!oldest || oldest->snippets.isEmpty()) {
         return 0;
     }
@@ -455,7 +457,7 @@ void DecodedTextContent::TakeTyping(int docPos, int charsRemoved, const QString&
     const DecodedTextBufferPtr buffer = model->GetChannelData(DecodedTextData::UserChannelID);
     DecodedTextBlockPtr block = buffer->GetLastBlock();
     if (!block) {
-        block = buffer->GetBlock(model->GetTickCount().toUTC(), 1);
+        block = buffer->GetBlock(DecodedTextTime::ToUtc(model->GetTickCount()), 1);
     }
     const int blockDocPos = UserBlockDocPos(block.data());
     const int textLength = static_cast<int>(block->text.size());
@@ -503,19 +505,10 @@ int DecodedTextContent::EditShown(DecodedTextBlock& block, int index, int charsR
         // Both count the document's final paragraph break, which the text doesn't have.
         inserted.chop(1);
     }
-    const int shorter = static_cast<int>(qMin(replaced.size(), inserted.size()));
-    int front = 0;
-    while (front < shorter && replaced.at(front) == inserted.at(front)) {
-        ++front;
-    }
-    int back = 0;
-    while (back < shorter - front &&
-           replaced.at(replaced.size() - 1 - back) == inserted.at(inserted.size() - 1 - back)) {
-        ++back;
-    }
-    const int count = static_cast<int>(replaced.size()) - front - back;
-    const QString newText = typed.mid(front, inserted.size() - front - back);
-    return block.EditText(index + front, count, newText, model.data());
+    const DecodedTextCommonEnds same(replaced, inserted);
+    const int count = static_cast<int>(replaced.size()) - same.front - same.back;
+    const QString newText = typed.mid(same.front, inserted.size() - same.front - same.back);
+    return block.EditText(index + same.front, count, newText, model.data());
 }
 
 void DecodedTextContent::RelayoutFrom(DecodedTextBlockPtr block, int position, int docPos)

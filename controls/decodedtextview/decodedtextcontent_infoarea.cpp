@@ -12,25 +12,6 @@
 
 using SorvinResultDataXml::UserData;
 
-namespace {
-
-/// The call signs of \a block that begin at positions [from, to), in order.
-QVector<UserData*> CallSignsWithin(const DecodedTextBlock& block, int from, int to)
-{
-    QVector<UserData*> candidates;
-    block.CollectCandidates(from, to, candidates);
-    QVector<UserData*> found;
-    for (UserData* candidate : candidates) {
-        const bool begins = candidate->start >= from && candidate->start < to;
-        if (begins && candidate->type == UserData::CallSignType) {
-            found.append(candidate);
-        }
-    }
-    return found;
-}
-
-} // namespace
-
 void DecodedTextContent::PaintInfoArea(QPainter& painter, const QRect& rect)
 {
     const int lineHeight = fontMetrics().lineSpacing();
@@ -53,7 +34,8 @@ void DecodedTextContent::PaintInfoArea(QPainter& painter, const QRect& rect)
             const bool last = i + 1 == layout->lineCount();
             const int from = item->start + line.textStart();
             const int to = last ? item->start + paragraph.length() : from + line.textLength();
-            for (UserData* callSign : CallSignsWithin(*item->block, from, to)) {
+            for (UserData* callSign :
+                 DecodedTextInfoArea::CallSignsWithin(*item->block, from, to)) {
                 infoArea->AddEntry(painter, callSign, top, qRound(exactBottom));
             }
         }

@@ -1,7 +1,7 @@
 // Words and value types for the two coordinate systems of a block.
 //
-//   position     counts the block's character stream as the decoder numbered it, lost characters
-//   included text index   counts the characters of the block's text
+//   position     counts the block's character stream as the decoder numbered it, with what was lost
+//   text index   counts the characters of the block's text
 //
 // Both are plain ints in public signatures. Where both occur in one function they are kept as the
 // types below: a position plus a span is a position, two positions differ by a span, and nothing
@@ -77,6 +77,13 @@ inline bool RangesOverlap(int from, int to, int start, int end)
 inline bool RangesShare(int from, int to, int start, int end)
 {
     return from < end && start < to;
+}
+
+/// Whether a change of [from, to) would cut into [start, end): it has a position in common with it,
+/// or is empty and lies strictly inside.
+inline bool CutsInto(int from, int to, int start, int end)
+{
+    return from < to ? RangesShare(from, to, start, end) : start < from && from < end;
 }
 
 } // namespace DecodedTextCoordinates

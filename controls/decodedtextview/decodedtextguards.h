@@ -18,9 +18,7 @@ public:
     {
         content->busy = true;
     }
-    ~DecodedTextBusyGuard() { End(); }
-    /// Ends the guard early.
-    void End()
+    ~DecodedTextBusyGuard()
     {
         if (content) {
             content->busy = before;
@@ -28,7 +26,6 @@ public:
                 content->Release();
             }
         }
-        content.clear();
     }
 
 private:
@@ -53,8 +50,6 @@ public:
             content->dialogOpen = before;
         }
     }
-    /// Whether the text area still lives.
-    bool IsAlive() const { return !content.isNull(); }
 
 private:
     Q_DISABLE_COPY(DecodedTextDialogGuard)

@@ -28,6 +28,15 @@ int StateOf(const QTextBlock& paragraph)
     return qMax(0, paragraph.userState()); // -1: never set
 }
 
+QTextLayout::FormatRange RangeOf(int from, int length, const QTextCharFormat& format)
+{
+    QTextLayout::FormatRange range;
+    range.start = from;
+    range.length = length;
+    range.format = format;
+    return range;
+}
+
 /// The characters of a paragraph that annotation \a annotation colours, relative to the paragraph;
 /// false: none.
 bool ColouredPart(const UserData& annotation, const DecodedTextLayoutItem& item, int length,
@@ -65,15 +74,11 @@ void DecodedTextHighlighter::CollectFormats(const QTextBlock& paragraph,
                                             Formats& formats) const
 {
     const int length = paragraph.length();
-    QTextLayout::FormatRange closed;
-    closed.start = 0;
-    closed.length = length;
-    closed.format = closedFormat;
     QVector<UserData*> annotations;
     item.block->CollectCandidates(item.start - 1, item.start + length, annotations);
     if (annotations.isEmpty()) {
         if (item.block->closed) {
-            formats.append(closed);
+            formats.append(RangeOf(0, length, closedFormat));
         }
         return;
     }
@@ -96,11 +101,7 @@ void DecodedTextHighlighter::CollectFormats(const QTextBlock& paragraph,
             ++to;
         }
         if (painted.at(from)) {
-            QTextLayout::FormatRange range;
-            range.start = from;
-            range.length = to - from;
-            range.format = *painted.at(from);
-            formats.append(range);
+            formats.append(RangeOf(from, to - from, *painted.at(from)));
         }
         from = to;
     }
@@ -156,11 +157,7 @@ bool DecodedTextHighlighter::FormatsAsClosed(const QTextBlock& paragraph)
         if (closedFormats.size() >= kCachedLengths) {
             closedFormats.clear();
         }
-        QTextLayout::FormatRange closed;
-        closed.start = 0;
-        closed.length = length;
-        closed.format = closedFormat;
-        formats = closedFormats.insert(length, Formats(1, closed));
+        formats = closedFormats.insert(length, Formats(1, RangeOf(0, length, closedFormat)));
     }
     QTextBlock changed = paragraph;
     if (StateOf(paragraph) == FormattedClosed &&

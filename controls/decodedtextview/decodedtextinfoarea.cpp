@@ -139,6 +139,21 @@ void DecodedTextInfoArea::FlushEntry(QPainter& painter)
     lastEntry = nullptr;
 }
 
+QVector<UserData*> DecodedTextInfoArea::CallSignsWithin(const DecodedTextBlock& block, int from,
+                                                        int to)
+{
+    QVector<UserData*> candidates;
+    block.CollectCandidates(from, to, candidates);
+    QVector<UserData*> found;
+    for (UserData* candidate : candidates) {
+        const bool begins = candidate->start >= from && candidate->start < to;
+        if (begins && candidate->type == UserData::CallSignType) {
+            found.append(candidate);
+        }
+    }
+    return found;
+}
+
 UserData* DecodedTextInfoArea::UserDataAt(const DecodedTextLayoutItem& item, int x) const
 {
     if (x < textLeft || x >= textRight || !item.block || item.block->userData.isEmpty()) {
@@ -147,16 +162,10 @@ UserData* DecodedTextInfoArea::UserDataAt(const DecodedTextLayoutItem& item, int
     const QFontMetrics metrics = fontMetrics();
     const int separatorWidth = DrawnWidth(metrics, Separator());
     int left = textLeft;
-    QVector<UserData*> candidates;
-    item.block->CollectCandidates(item.start, item.end, candidates);
-    for (UserData* candidate : candidates) {
-        const bool begins = candidate->start >= item.start && candidate->start < item.end;
-        if (!begins || candidate->type != UserData::CallSignType) {
-            continue;
-        }
-        const int signWidth = DrawnWidth(metrics, candidate->callSign);
+    for (UserData* callSign : CallSignsWithin(*item.block, item.start, item.end)) {
+        const int signWidth = DrawnWidth(metrics, callSign->callSign);
         if (left <= x && x <= left + signWidth) {
-            return candidate;
+            return callSign;
         }
         left += signWidth + separatorWidth;
     }
@@ -210,13 +219,8 @@ void DecodedTextInfoArea::CallSignsOf(const DecodedTextLayoutItem& item, QString
     if (!item.block) {
         return;
     }
-    QVector<UserData*> candidates;
-    item.block->CollectCandidates(item.start, item.end, candidates);
-    for (const UserData* candidate : candidates) {
-        const bool begins = candidate->start >= item.start && candidate->start <= item.end;
-        if (begins && candidate->type == UserData::CallSignType) {
-            text += (text.isEmpty() ? QString() : Separator()) + candidate->callSign;
-        }
+    for (const UserData* callSign : CallSignsWithin(*item.block, item.start, item.end + 1)) {
+        text += (text.isEmpty() ? QString() : Separator()) + callSign->callSign;
     }
 }
 

@@ -26,6 +26,9 @@ public:
     int GetWidth() const { return width; }
     /// Width in pixels; one below the margin leaves no column at all (0).
     void SetWidth(int newWidth);
+    /// The call signs of \a block that begin at positions [from, to), in order; borrowed from it.
+    static QVector<DecodedTextBlock::UserData*> CallSignsWithin(const DecodedTextBlock& block,
+                                                                int from, int to);
     /// Gives way as long as there are only \a room pixels; a larger room brings the width back.
     void Confine(int room);
 
