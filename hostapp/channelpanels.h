@@ -33,7 +33,6 @@ public:
     QList<QWidget*> GetPanels() const;
     /// The channel that \a panel shows; -1 when it is no panel of the view.
     int GetChannelOf(const QWidget* panel) const;
-    DecodedTextView* GetView() const { return view; }
 
 public Q_SLOTS:
     void ExpandAll();

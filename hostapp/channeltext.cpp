@@ -80,9 +80,7 @@ private:
     void Open(const DecodedTextSnippet& snippet)
     {
         isOpen = true;
-        line = snippet.time.isValid()
-                   ? snippet.time.toLocalTime().toString(QLatin1String("hh:mm:ss  "))
-                   : QString::fromLatin1(kIndent);
+        line = LineStart(snippet.time);
         if (snippet.sourceChannel != 0 && snippet.sourceChannel != source) {
             line += QLatin1Char('[') + panels.GetTitle(snippet.sourceChannel) + QLatin1String("] ");
         }
@@ -157,6 +155,12 @@ QVector<Paragraph> ParagraphsOf(const DecodedTextBuffer& buffer)
 }
 
 } // namespace
+
+QString LineStart(const QDateTime& time)
+{
+    return time.isValid() ? time.toLocalTime().toString(QLatin1String("hh:mm:ss  "))
+                          : QString::fromLatin1(kIndent);
+}
 
 QVector<QDateTime> TimesOfParagraphs(const ChannelPanels& panels, int channel,
                                      const QTextDocument& document, int fromDocPos)

@@ -14,6 +14,9 @@ class QTextDocument;
 /// come from. Doesn't touch the model's export marks.
 QString TextOfChannels(const ChannelPanels& panels);
 
+/// What stands in front of a line: the local time of its first character, or as many blanks.
+QString LineStart(const QDateTime& time);
+
 /// For each paragraph of \a document, which a text area shows for \a channel, the time of its first
 /// character, UTC; of the paragraph with document position \a fromDocPos the time of the character
 /// there. Null for empty paragraphs between transmissions and for gaps.

@@ -153,7 +153,8 @@ void Demo::WriteOutputs(bool isLast)
     if (!window || !view) {
         return;
     }
-    for (const QString& error : WriteWhatIsAskedFor(options, window, view, *panels, isLast)) {
+    const WrittenOutputs written = WriteWhatIsAskedFor(options, window, view, *panels, isLast);
+    for (const QString& error : written.errors) {
         Fail(error);
     }
 }

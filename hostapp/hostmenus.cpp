@@ -43,6 +43,13 @@ const AnnotationEntry kAnnotations[] = {
 const char kMoveProperty[] = "move";
 const char kExtendProperty[] = "extend";
 
+/// They work wherever the keyboard is.
+void SetKeys(QAction* action, const char* keys)
+{
+    action->setShortcut(QKeySequence(QLatin1String(keys)));
+    action->setShortcutContext(Qt::ApplicationShortcut);
+}
+
 bool HasWord(const QTextCursor& cursor)
 {
     return !cursor.selectedText().trimmed().isEmpty();
@@ -171,8 +178,7 @@ QAction* HostMenus::Add(QMenu* menu, const QString& label, const char* keys,
 {
     QAction* const action = menu->addAction(label);
     if (keys) {
-        action->setShortcut(QKeySequence(QLatin1String(keys)));
-        action->setShortcutContext(Qt::ApplicationShortcut);
+        SetKeys(action, keys);
     }
     connect(action, SIGNAL(triggered()), receiver, slot);
     return action;
@@ -234,8 +240,7 @@ void HostMenus::AddViewMenu()
     merge->setObjectName(QLatin1String("MergeAction"));
     merge->setCheckable(true);
     merge->setChecked(window->IsMerging());
-    merge->setShortcut(QKeySequence(QLatin1String("Ctrl+G")));
-    merge->setShortcutContext(Qt::ApplicationShortcut);
+    SetKeys(merge, "Ctrl+G");
     connect(merge, SIGNAL(toggled(bool)), window, SLOT(SetMerging(bool)));
 }
 

@@ -15,13 +15,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QPixmap>
-#include <QVariant>
 
 #include <cstdio>
 
 namespace {
-
-const char kExportsProperty[] = "exportsWritten";
 
 QString WriteBytes(QFile& file, bool isOpen, const QString& name, const QByteArray& bytes)
 {
@@ -105,41 +102,33 @@ QString WriteExport(const QString& file, DecodedTextView* view, const ChannelPan
         view->GetData(channel, data, false);
     }
     try {
-        const QString error = WriteFile(file, data.GetXmlString().toUtf8() + '\n');
-        if (error.isEmpty()) {
-            view->setProperty(kExportsProperty, CountExports(view) + 1);
-        }
-        return error;
+        return WriteFile(file, data.GetXmlString().toUtf8() + '\n');
     } catch (const SorvinResultDataXml::SorvinResultDataException& exception) {
         return file + QLatin1String(": ") + exception.message;
     }
 }
 
-int CountExports(const DecodedTextView* view)
-{
-    return view->property(kExportsProperty).toInt();
-}
-
-QStringList WriteWhatIsAskedFor(HostOptions options, QWidget* window, DecodedTextView* view,
-                                const ChannelPanels& panels, bool isLast)
+WrittenOutputs WriteWhatIsAskedFor(HostOptions options, QWidget* window, DecodedTextView* view,
+                                   const ChannelPanels& panels, bool isLast)
 {
     for (QString* file : {&options.screenshotFile, &options.textFile, &options.exportFile}) {
         if (!isLast && IsStandardOutput(*file)) {
             file->clear();
         }
     }
-    QStringList errors;
+    WrittenOutputs written;
     if (!options.screenshotFile.isEmpty()) {
-        errors.append(WritePicture(options.screenshotFile, window));
+        written.errors.append(WritePicture(options.screenshotFile, window));
     }
     if (!options.textFile.isEmpty()) {
-        errors.append(WriteText(options.textFile, panels));
+        written.errors.append(WriteText(options.textFile, panels));
     }
     if (!options.exportFile.isEmpty()) {
-        errors.append(WriteExport(options.exportFile, view, panels));
+        written.errors.append(WriteExport(options.exportFile, view, panels));
+        written.isExported = written.errors.last().isEmpty();
     }
-    errors.removeAll(QString());
-    return errors;
+    written.errors.removeAll(QString());
+    return written;
 }
 
 void PrintError(const QString& message)

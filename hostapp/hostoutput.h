@@ -18,13 +18,17 @@ QString WritePicture(const QString& file, QWidget* window);
 QString WriteText(const QString& file, const ChannelPanels& panels);
 /// Every channel through the view's GetData, which marks it all as exported.
 QString WriteExport(const QString& file, DecodedTextView* view, const ChannelPanels& panels);
-/// How many exports of \a view were written, by whomever. What the operator did at the present
-/// number is in none of them.
-int CountExports(const DecodedTextView* view);
-/// All of these for which \a options name a file, one after the other; returns the messages of
-/// those that failed. Standard output, where nothing can be replaced later, waits until \a isLast.
-QStringList WriteWhatIsAskedFor(HostOptions options, QWidget* window, DecodedTextView* view,
-                                const ChannelPanels& panels, bool isLast);
+
+struct WrittenOutputs
+{
+    QStringList errors;      ///< messages for people, of the outputs that failed
+    bool isExported = false; ///< an export was asked for and written
+};
+
+/// All of these for which \a options name a file, one after the other. Standard output, where
+/// nothing can be replaced later, waits until \a isLast.
+WrittenOutputs WriteWhatIsAskedFor(HostOptions options, QWidget* window, DecodedTextView* view,
+                                   const ChannelPanels& panels, bool isLast);
 
 /// Prints a message of the program on standard error, with the program's name in front.
 void PrintError(const QString& message);

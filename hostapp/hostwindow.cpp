@@ -303,13 +303,13 @@ void HostWindow::closeEvent(QCloseEvent* event)
 
 void HostWindow::Annotated(int channel)
 {
-    annotated.insert(channel, CountExports(view));
+    unexported.insert(channel);
 }
 
 /// A channel that is made anew holds nothing of the one before it.
 void HostWindow::ForgetAnnotations(int channel)
 {
-    annotated.remove(channel);
+    unexported.remove(channel);
 }
 
 /// Whether the operator did anything that no export holds. What the view reports as changed says
@@ -317,10 +317,8 @@ void HostWindow::ForgetAnnotations(int channel)
 bool HostWindow::HasUnsaved()
 {
     view->ApplyUserChannel(false); // text that was typed a moment ago
-    const int exports = CountExports(view);
-    for (QMap<int, int>::const_iterator i = annotated.constBegin(); i != annotated.constEnd();
-         ++i) {
-        if (i.value() == exports && panels->GetModel()->ChannelExists(i.key())) {
+    for (int channel : unexported) {
+        if (panels->GetModel()->ChannelExists(channel)) {
             return true;
         }
     }
@@ -348,6 +346,9 @@ bool HostWindow::Export()
         return false;
     }
     const QString error = WriteExport(file, view, *panels);
+    if (error.isEmpty()) {
+        unexported.clear();
+    }
     Report(error, tr("Exported to %1").arg(file));
     return error.isEmpty();
 }
@@ -378,7 +379,11 @@ void HostWindow::Report(const QString& error, const QString& success)
 
 void HostWindow::WriteOutputs(bool isLast)
 {
-    for (const QString& error : WriteWhatIsAskedFor(options, this, view, *panels, isLast)) {
+    const WrittenOutputs written = WriteWhatIsAskedFor(options, this, view, *panels, isLast);
+    if (written.isExported) {
+        unexported.clear();
+    }
+    for (const QString& error : written.errors) {
         Fail(error);
     }
 }

@@ -6,6 +6,7 @@
 
 #include <QList>
 #include <QMainWindow>
+#include <QSet>
 
 class ChannelPanels;
 class DecodedTextView;
@@ -89,8 +90,7 @@ private:
     QProgressBar* progress;
     QList<Replay*> replays; ///< not finished yet; owned as children
     QStringList waiting;    ///< files to be read when those in hand are finished
-    /// By channel: how many exports there were when the operator last annotated it.
-    QMap<int, int> annotated;
+    QSet<int> unexported;   ///< channels that the operator annotated since the last export
     QVector<int> mergedChannels;
     int transmissionCount;
     bool hasFailed;

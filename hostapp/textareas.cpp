@@ -76,9 +76,7 @@ QString TextAreas::GetSelectionWithTimes() const
     while (paragraph.isValid() && paragraph.position() < cursor.selectionEnd()) {
         const int from = qMax(0, cursor.selectionStart() - paragraph.position());
         const int to = qMin(paragraph.length() - 1, cursor.selectionEnd() - paragraph.position());
-        const QDateTime time = times.value(paragraph.blockNumber());
-        out += (time.isValid() ? time.toLocalTime().toString(QLatin1String("hh:mm:ss  "))
-                               : QString(10, QLatin1Char(' '))) +
+        out += LineStart(times.value(paragraph.blockNumber())) +
                paragraph.text().mid(from, to - from) + QLatin1Char('\n');
         paragraph = paragraph.next();
     }
@@ -118,8 +116,8 @@ void TextAreas::FocusOther(int step)
         return;
     }
     const int count = static_cast<int>(visible.size());
-    const QPlainTextEdit* const held = GetHeld();
-    const int index = held ? static_cast<int>(visible.indexOf(GetHeld())) + step
+    QPlainTextEdit* const held = GetHeld();
+    const int index = held ? static_cast<int>(visible.indexOf(held)) + step
                            : static_cast<int>(visible.indexOf(GetCurrent()));
     visible.at((index + count) % count)->setFocus(Qt::ShortcutFocusReason);
 }
