@@ -249,6 +249,7 @@ private:
     int FirstWithin(int from) const;
     int BehindStart(int to) const;
     UserData* TakeUserData(UserData* annotation);
+    int FirstEdited() const;
     void AddToIndex(UserData* annotation);
     void ExchangeUserData(UserData* old, UserData* annotation);
     void ReportRemoved(DataBlock* out, UserData* removed);

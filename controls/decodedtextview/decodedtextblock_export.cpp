@@ -20,22 +20,24 @@ void DecodedTextBlock::MarkEdited(int pos)
     }
 }
 
-bool DecodedTextBlock::HasEditedData() const
-{
-    for (const DecodedTextSnippet& snippet : snippets) {
-        if (snippet.Has(DecodedTextSnippet::UserChanged)) {
-            return true;
-        }
-    }
-    return false;
-}
-
-QString DecodedTextBlock::TakeEditedData()
+/// Index of the first snippet that was edited since the last hand-over, behind the last if none.
+int DecodedTextBlock::FirstEdited() const
 {
     int first = 0;
     while (first < snippets.size() && !snippets.at(first).Has(DecodedTextSnippet::UserChanged)) {
         ++first;
     }
+    return first;
+}
+
+bool DecodedTextBlock::HasEditedData() const
+{
+    return FirstEdited() < snippets.size();
+}
+
+QString DecodedTextBlock::TakeEditedData()
+{
+    int first = FirstEdited();
     if (first == snippets.size()) {
         return QString();
     }

@@ -1,8 +1,8 @@
 // Text that arrives: appending a data block, marking what was lost, cutting back what the decoder
 // sends again, trimming.
 //
-//   received:  time stamps at stream positions, one text          stored:  snippets [start, end) at
-//   positions
+//   received   time stamps at stream positions, one text
+//   stored     snippets [start, end) at positions
 //
 // A position is a stream position plus the offset that makes the new text begin where the block
 // ends. The offset exists only in AppendPlan. An append is planned in 64 bits first and then done
